@@ -1,0 +1,113 @@
+// A gap buffer of UTF-16 units: the storage of the in-memory host's texts.
+//
+// The toolkit edits texts left to right (find, delete, insert, find again from just
+// after the edit), appends one character at a time and reads single units. A gap
+// kept at the last edit makes each of those O(1) amortised, where a plain array
+// would move the whole tail at every edit and turn a substitution into O(n^2).
+#ifndef XPTOOLKIT_MEMHOST_GAPBUFFER_H
+#define XPTOOLKIT_MEMHOST_GAPBUFFER_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <new>
+
+namespace memhost {
+
+class GapBuffer {
+ public:
+  GapBuffer() = default;
+  GapBuffer(const GapBuffer&) = delete;
+  GapBuffer& operator=(const GapBuffer&) = delete;
+
+  /// Number of units held.
+  size_t size() const { return capacity_ - (gapEnd_ - gapStart_); }
+
+  /// Units the storage holds without growing.
+  size_t capacity() const { return capacity_; }
+
+  /// The unit at `i` (i < size()).
+  char16_t at(size_t i) const { return i < gapStart_ ? data_[i] : data_[i + (gapEnd_ - gapStart_)]; }
+
+  /// Removes every unit; keeps the storage.
+  void clear() {
+    gapStart_ = 0;
+    gapEnd_ = capacity_;
+  }
+
+  /// Inserts `n` units before position `pos` (pos <= size()). `units` must not
+  /// point into this buffer.
+  void insert(size_t pos, const char16_t* units, size_t n) {
+    if (n == 0) return;
+    reserveGap(n);
+    moveGap(pos);
+    std::memcpy(data_.get() + gapStart_, units, n * sizeof(char16_t));
+    gapStart_ += n;
+  }
+
+  void append(const char16_t* units, size_t n) { insert(size(), units, n); }
+
+  /// Removes `n` units from `pos` (the range must lie inside).
+  void erase(size_t pos, size_t n) {
+    if (n == 0) return;
+    moveGap(pos);
+    gapEnd_ += n;
+  }
+
+  /// Copies `n` units from `pos` into `out`.
+  void copyOut(size_t pos, size_t n, char16_t* out) const {
+    size_t before = pos < gapStart_ ? std::min(n, gapStart_ - pos) : 0;
+    std::memcpy(out, data_.get() + pos, before * sizeof(char16_t));
+    size_t gap = gapEnd_ - gapStart_;
+    std::memcpy(out + before, data_.get() + pos + before + gap, (n - before) * sizeof(char16_t));
+  }
+
+  /// The units [pos, pos + n) as one contiguous run; moves the gap out of the
+  /// range if it lies inside, towards whichever end is nearer.
+  const char16_t* contiguous(size_t pos, size_t n) {
+    if (gapStart_ > pos && gapStart_ < pos + n) {
+      moveGap(gapStart_ - pos < pos + n - gapStart_ ? pos : pos + n);
+    }
+    return pos < gapStart_ || n == 0 ? data_.get() + pos : data_.get() + pos + (gapEnd_ - gapStart_);
+  }
+
+ private:
+  void moveGap(size_t pos) {
+    char16_t* d = data_.get();
+    if (pos < gapStart_) {
+      size_t n = gapStart_ - pos;
+      std::memmove(d + gapEnd_ - n, d + pos, n * sizeof(char16_t));
+      gapStart_ -= n;
+      gapEnd_ -= n;
+    } else if (pos > gapStart_) {
+      size_t n = pos - gapStart_;
+      std::memmove(d + gapStart_, d + gapEnd_, n * sizeof(char16_t));
+      gapStart_ += n;
+      gapEnd_ += n;
+    }
+  }
+
+  // Grows geometrically so that appends stay amortised O(1).
+  void reserveGap(size_t n) {
+    if (gapEnd_ - gapStart_ >= n) return;
+    size_t used = size();
+    size_t want = std::max<size_t>({16, used + n, capacity_ * 2});
+    std::unique_ptr<char16_t[]> grown(new char16_t[want]);
+    size_t tail = capacity_ - gapEnd_;
+    if (gapStart_) std::memcpy(grown.get(), data_.get(), gapStart_ * sizeof(char16_t));
+    if (tail) std::memcpy(grown.get() + want - tail, data_.get() + gapEnd_, tail * sizeof(char16_t));
+    data_ = std::move(grown);
+    gapEnd_ = want - tail;
+    capacity_ = want;
+  }
+
+  std::unique_ptr<char16_t[]> data_;
+  size_t capacity_ = 0;
+  size_t gapStart_ = 0;
+  size_t gapEnd_ = 0;
+};
+
+}  // namespace memhost
+
+#endif  // XPTOOLKIT_MEMHOST_GAPBUFFER_H

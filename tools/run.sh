@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# Sets the project up on a Debian 12 machine and runs one of its jobs:
+#   tools/run.sh demo   installs what is missing, builds, runs the main job
+#   tools/run.sh test   installs what is missing, builds, runs every test
+set -euo pipefail
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$here"
+jobs=$(nproc 2>/dev/null || echo 2)
+
+packages=(cmake ninja-build g++ clang libicu-dev icu-devtools libgtest-dev libgmock-dev libbenchmark-dev perl)
+
+install_packages() {
+  local missing=()
+  for p in "${packages[@]}"; do
+    dpkg -s "$p" >/dev/null 2>&1 || missing+=("$p")
+  done
+  if [ ${#missing[@]} -gt 0 ]; then
+    echo "== installing: ${missing[*]}"
+    local sudo=""
+    [ "$(id -u)" -eq 0 ] || sudo=sudo
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${missing[@]}" >/dev/null
+  fi
+}
+
+build() {  # build DIR [cmake options...]
+  local dir=$1
+  shift
+  cmake -S . -B "$dir" -G Ninja "$@" >/dev/null
+  cmake --build "$dir" -j "$jobs"
+}
+
+case "${1:-}" in
+  demo)
+    install_packages
+    build build -DCMAKE_BUILD_TYPE=Release
+    XPTOOL=build/tools/xptool bash tools/demo.sh
+    ;;
+  test)
+    install_packages
+    build build -DXP_WERROR=ON
+    (cd build && ctest --output-on-failure -j "$jobs")
+    # The encoding, host and toolkit tests again under AddressSanitizer and
+    # UndefinedBehaviorSanitizer, built with clang so both compilers see the tree.
+    build build-asan -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang -DCMAKE_BUILD_TYPE=Debug \
+      -DXP_SANITIZE=address,undefined -DXP_WERROR=ON
+    (cd build-asan && ASAN_OPTIONS=detect_leaks=1 ctest --output-on-failure -j "$jobs" -E package_consumer)
+    ;;
+  *)
+    echo "usage: tools/run.sh demo|test" >&2
+    exit 2
+    ;;
+esac
