@@ -57,6 +57,7 @@ class GapBuffer {
 
   /// Copies `n` units from `pos` into `out`.
   void copyOut(size_t pos, size_t n, char16_t* out) const {
+    if (n == 0) return;
     size_t before = pos < gapStart_ ? std::min(n, gapStart_ - pos) : 0;
     std::memcpy(out, data_.get() + pos, before * sizeof(char16_t));
     size_t gap = gapEnd_ - gapStart_;
