@@ -287,14 +287,14 @@ enum class Serves : uint8_t {
   kIcuConverter,  // per-thread ICU converters
 };
 
-struct EncodingSpec {
+struct EncodingSource {
   Serves serves;
   const char* icuName;  // for kIcuTable and kIcuConverter
 };
 
 // Converter names are ICU's own, not aliases, so that an alias moving between ICU releases
 // cannot change a mapping under us.
-constexpr EncodingSpec kSpecs[kEncodingCount] = {
+constexpr EncodingSource kSources[kEncodingCount] = {
     {Serves::kGenerated, nullptr},                  // 0 Native: resolved before use
     {Serves::kUtf8, nullptr},                       // 1 UTF8
     {Serves::kIcuTable, "ibm-437_P100-1995"},       // 2 ASCII_DOS
@@ -472,19 +472,19 @@ void FillJohab(const char* ksName, ByteTable& table) {
 
 std::unique_ptr<ByteTable> BuildTable(int32_t encoding) {
   auto table = std::make_unique<ByteTable>();
-  const EncodingSpec& spec = kSpecs[encoding];
-  switch (spec.serves) {
+  const EncodingSource& source = kSources[encoding];
+  switch (source.serves) {
     case Serves::kLatin1:
       for (unsigned b = 0; b < 256; ++b) table->Map(static_cast<uint16_t>(b), static_cast<char16_t>(b));
       break;
     case Serves::kIcuTable:
-      FillFromIcu(spec.icuName, encoding, *table);
+      FillFromIcu(source.icuName, encoding, *table);
       break;
     case Serves::kGenerated:
       FillGenerated(GeneratedFor(encoding), *table);
       break;
     case Serves::kJohab:
-      FillJohab(spec.icuName, *table);
+      FillJohab(source.icuName, *table);
       break;
     default:
       break;  // served elsewhere; an empty table maps nothing
@@ -581,7 +581,7 @@ UConverter* ThreadConverter(int32_t encoding) {
   thread_local std::array<bool, kEncodingCount> tried{};
   if (!tried[encoding]) {
     tried[encoding] = true;
-    converters[encoding] = OpenConverter(kSpecs[encoding].icuName, encoding == kShiftJisWin ? &kCp932ExtraBytes : nullptr);
+    converters[encoding] = OpenConverter(kSources[encoding].icuName, encoding == kShiftJisWin ? &kCp932ExtraBytes : nullptr);
   }
   UConverter* converter = converters[encoding].get();
   if (converter) ucnv_reset(converter);
@@ -683,7 +683,7 @@ void DecodeBytes(int32_t encoding, const char* bytes, size_t size, std::u16strin
   encoding = Resolve(encoding);
   const auto* data = reinterpret_cast<const unsigned char*>(bytes);
   if (encoding == kUtf8) return DecodeUtf8(data, size, out);
-  if (IsHostEncoding(encoding) && kSpecs[encoding].serves == Serves::kIcuConverter)
+  if (IsHostEncoding(encoding) && kSources[encoding].serves == Serves::kIcuConverter)
     return DecodeIcu(encoding, data, size, out);
   TableFor(encoding).Decode(data, size, out);
 }
@@ -692,7 +692,7 @@ size_t EncodeUnits(int32_t encoding, const char16_t* units, size_t size, char* o
   if (size == 0 || capacity == 0) return 0;
   encoding = Resolve(encoding);
   if (encoding == kUtf8) return EncodeUtf8(units, size, out, capacity);
-  if (IsHostEncoding(encoding) && kSpecs[encoding].serves == Serves::kIcuConverter)
+  if (IsHostEncoding(encoding) && kSources[encoding].serves == Serves::kIcuConverter)
     return EncodeIcu(encoding, units, size, out, capacity);
   return TableFor(encoding).Encode(units, size, out, capacity);
 }

@@ -22,10 +22,11 @@ else
 fi
 
 "$xptool" mac2win --euro "$sample" > "$work/menu.1252"
-"$xptool" convert --from ASCII_Windows --to UTF8 "$work/menu.1252" > "$work/menu.1252.utf8"
 "$xptool" win2mac --euro "$work/menu.1252" > "$work/menu.mac"
-if cmp -s "$sample" "$work/menu.mac" && cmp -s "$work/menu.utf8" "$work/menu.1252.utf8"; then
-  echo "== mac2win gives the same characters in code page 1252, and win2mac gives back every byte"
+echo "== the first line in Windows code page 1252, after mac2win --euro:"
+"$xptool" convert --from ASCII_Windows --to UTF8 "$work/menu.1252" | tr '\r' '\n' | head -n 1
+if cmp -s "$sample" "$work/menu.mac"; then
+  echo "== win2mac after mac2win gives back every byte, also of the characters 1252 lacks"
 else
   echo "== the Mac/Windows tables did not round-trip" >&2
   exit 1

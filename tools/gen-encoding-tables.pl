@@ -17,9 +17,9 @@ use strict;
 use warnings;
 use Encode ();
 use File::Basename qw(dirname);
-use File::Spec;
+use Cwd qw(abs_path);
 
-my $out_dir = shift // File::Spec->catdir(dirname(File::Spec->rel2abs($0)), '..', 'memhost', 'tables');
+my $out_dir = shift // dirname(abs_path($0)) . '/../memhost/tables';
 
 # Encode name => [C++ name, title]
 my @sets = (
@@ -137,7 +137,7 @@ sub write_set {
   }
   $text .= "};\n";
 
-  my $path = File::Spec->catfile($out_dir, "$cpp_name.inc");
+  my $path = "$out_dir/$cpp_name.inc";
   open my $fh, '>', $path or die "$path: $!\n";
   print $fh $text;
   close $fh or die "$path: $!\n";
