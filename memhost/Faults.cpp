@@ -10,7 +10,7 @@ namespace memhost {
 namespace detail {
 
 std::atomic<uint32_t> gPendingFaults{0};
-std::atomic<int64_t> gLiveValues{0};
+thread_local int64_t gLiveValues = 0;
 
 namespace {
 
@@ -67,6 +67,6 @@ void ClearFaults() {
 
 uint32_t PendingFaults() { return detail::gPendingFaults.load(std::memory_order_relaxed); }
 
-int64_t LiveValues() { return detail::gLiveValues.load(std::memory_order_relaxed); }
+int64_t LiveValues() { return detail::gLiveValues; }
 
 }  // namespace memhost

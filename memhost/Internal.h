@@ -21,7 +21,8 @@ struct HostFailure {};
 namespace detail {
 
 extern std::atomic<uint32_t> gPendingFaults;
-extern std::atomic<int64_t> gLiveValues;
+// Per thread, so that counting costs no atomic operation on every temporary text.
+extern thread_local int64_t gLiveValues;
 
 /// True (and the record filled) when an injected fault is due for `operation`.
 bool FaultDue(const char* operation, fmx::HostErrorRecord& err);
@@ -52,7 +53,7 @@ inline auto Run(const char* operation, fmx::HostErrorRecord& err, Body&& body) -
 /// Counts a value made by a constructor operation.
 template <class T>
 inline T* Born(T* value) {
-  detail::gLiveValues.fetch_add(1, std::memory_order_relaxed);
+  ++detail::gLiveValues;
   return value;
 }
 
@@ -62,7 +63,7 @@ template <class T>
 inline void Dies(const char* operation, T* value, fmx::HostErrorRecord& err) {
   if (detail::gPendingFaults.load(std::memory_order_relaxed) != 0) detail::FaultDue(operation, err);
   if (value == nullptr) return;
-  detail::gLiveValues.fetch_sub(1, std::memory_order_relaxed);
+  --detail::gLiveValues;
   delete value;
 }
 

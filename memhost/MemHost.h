@@ -32,7 +32,7 @@ uint32_t StyleOf(const fmx::Text& text);
 /// Gives a text a style; SetText copies it, and an emptied text keeps it.
 void SetStyle(fmx::Text& text, uint32_t style);
 
-/// Host values alive right now, for leak checks in tests.
+/// Host values this thread made and has not deleted, for leak checks in tests.
 int64_t LiveValues();
 
 /// The error number FM_ExprEnv_Evaluate returns for anything but a string literal.

@@ -145,7 +145,7 @@ void FM_Text_Delete(Text* self, HostErrorRecord& err) {
   if (t != nullptr && pool.count < TextPool::kMaxPooled && t->units.capacity() <= TextPool::kMaxPooledUnits) {
     pool.free[pool.count++] = t;
     self = nullptr;
-    detail::gLiveValues.fetch_sub(1, std::memory_order_relaxed);
+    --detail::gLiveValues;
   }
   Dies("FM_Text_Delete", static_cast<TextImpl*>(self), err);
 }
