@@ -2,6 +2,8 @@
 #include "encoding/LegacyTables.h"
 
 #include <gtest/gtest.h>
+
+#include "helpers/IcuOracle.h"
 #include <unicode/ucnv.h>
 
 #include <algorithm>
@@ -21,20 +23,8 @@ constexpr short kEuro = 2;
 
 using Table = const unsigned char (&)[128];
 
-struct ConverterCloser {
-  void operator()(UConverter* converter) const { ucnv_close(converter); }
-};
-using Converter = std::unique_ptr<UConverter, ConverterCloser>;
-
-// A converter that reports unmappable characters instead of substituting them.
-Converter OpenStrict(const char* name) {
-  UErrorCode status = U_ZERO_ERROR;
-  Converter converter(ucnv_open(name, &status));
-  if (U_FAILURE(status)) return nullptr;
-  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-  ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-  return U_SUCCESS(status) ? std::move(converter) : nullptr;
-}
+using testing_icu::Converter;
+using testing_icu::OpenStrict;
 
 // The one BMP character that `byte` stands for, if it stands for one.
 std::optional<UChar> Decode(UConverter* converter, unsigned char byte) {

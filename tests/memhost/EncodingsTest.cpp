@@ -2,6 +2,8 @@
 #include "Encodings.h"
 
 #include <gtest/gtest.h>
+
+#include "helpers/IcuOracle.h"
 #include <iconv.h>
 #include <unicode/ucnv.h>
 #include <unicode/utf16.h>
@@ -139,19 +141,8 @@ TEST(HostEncodings, Utf8RoundTripsEveryScalarValue) {
 
 // --- ICU as the oracle -----------------------------------------------------------------------
 
-struct ConverterCloser {
-  void operator()(UConverter* converter) const { ucnv_close(converter); }
-};
-using Converter = std::unique_ptr<UConverter, ConverterCloser>;
-
-Converter OpenStrict(const char* name) {
-  UErrorCode error = U_ZERO_ERROR;
-  Converter converter(ucnv_open(name, &error));
-  if (U_FAILURE(error)) return nullptr;
-  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
-  ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
-  return converter;
-}
+using testing_icu::Converter;
+using testing_icu::OpenStrict;
 
 // ICU's reading of `bytes`, or U+FFFD when it has no character for them.
 std::u16string IcuDecode(UConverter* converter, const std::string& bytes) {
