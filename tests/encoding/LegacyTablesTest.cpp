@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "helpers/IcuOracle.h"
+#include "../helpers/IcuOracle.h"
 #include <unicode/ucnv.h>
 
 #include <algorithm>
