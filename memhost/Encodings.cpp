@@ -498,8 +498,15 @@ std::unique_ptr<ByteTable> BuildTable(int32_t encoding) {
 const ByteTable& TableFor(int32_t encoding) {
   static std::array<std::once_flag, kEncodingCount + 1> once;
   static std::array<std::unique_ptr<ByteTable>, kEncodingCount + 1> tables;
+  // Once built, a table is found with one load: this runs for every character the
+  // toolkit appends, where call_once's own check would cost as much as the decoding.
+  static std::array<std::atomic<const ByteTable*>, kEncodingCount + 1> built{};
   size_t slot = IsHostEncoding(encoding) ? static_cast<size_t>(encoding) : kEncodingCount;
-  std::call_once(once[slot], [&] { tables[slot] = slot == kEncodingCount ? std::make_unique<ByteTable>() : BuildTable(encoding); });
+  if (const ByteTable* table = built[slot].load(std::memory_order_acquire)) return *table;
+  std::call_once(once[slot], [&] {
+    tables[slot] = slot == kEncodingCount ? std::make_unique<ByteTable>() : BuildTable(encoding);
+    built[slot].store(tables[slot].get(), std::memory_order_release);
+  });
   return *tables[slot];
 }
 

@@ -42,7 +42,11 @@ class GapBuffer {
     if (n == 0) return;
     reserveGap(n);
     moveGap(pos);
-    std::memcpy(data_.get() + gapStart_, units, n * sizeof(char16_t));
+    if (n == 1) {
+      data_[gapStart_] = *units;  // the common case: one character appended
+    } else {
+      std::memcpy(data_.get() + gapStart_, units, n * sizeof(char16_t));
+    }
     gapStart_ += n;
   }
 

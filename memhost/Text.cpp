@@ -157,7 +157,11 @@ uint32_t FM_Text_GetSize(const Text* self, HostErrorRecord& err) {
 void FM_Text_Assign(Text* self, const char* s, int32_t encoding, HostErrorRecord& err) {
   Run("FM_Text_Assign", err, [&] {
     if (s == nullptr) throw HostFailure();
-    Decode(Impl(self), s, std::strlen(s), encoding);
+    // Most strings the toolkit assigns are one character long: count those inline.
+    size_t n = 0;
+    while (n < 8 && s[n] != '\0') ++n;
+    if (n == 8) n += std::strlen(s + 8);
+    Decode(Impl(self), s, n, encoding);
   });
 }
 

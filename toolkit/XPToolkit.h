@@ -8,9 +8,16 @@
 
 #include "text/HostValues.h"
 #include "text/TextCore.h"
+#include "text/ByteBlocks.h"
+#include "text/Numbers.h"
+#include "text/TextSearch.h"
 #include "encoding/EncodingSwitch.h"
 #include "encoding/LegacyTables.h"
+#include "encoding/UTF8.h"
+#include "encoding/URLEncoding.h"
+#include "encoding/Reinterpret.h"
 #include "params/Switches.h"
+#include "params/Parameters.h"
 #include "services/PlainStrings.h"
 
 #endif  // XPTOOLKIT_XPTOOLKIT_H

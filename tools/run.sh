@@ -8,7 +8,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$here"
 jobs=$(nproc 2>/dev/null || echo 2)
 
-packages=(cmake ninja-build g++ clang libicu-dev icu-devtools libgtest-dev libgmock-dev libbenchmark-dev perl)
+packages=(cmake ninja-build g++ clang libicu-dev icu-devtools libgtest-dev libgmock-dev libbenchmark-dev perl libssl-dev)
 
 install_packages() {
   local missing=()
@@ -31,6 +31,29 @@ build() {  # build DIR [cmake options...]
   cmake --build "$dir" -j "$jobs"
 }
 
+# Every reader of untrusted text under libFuzzer for about 20 s, starting from
+# the seeds in fuzz/corpus/<target>/ (new inputs go to build-fuzz, never there);
+# a finding fails the job and leaves its input in build-fuzz/findings.
+fuzz() {
+  build build-fuzz -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang -DXP_BUILD_FUZZ=ON \
+    -DXP_SANITIZE=address,undefined -DXP_BUILD_TESTS=OFF -DXP_BUILD_BENCH=OFF -DXP_BUILD_TOOLS=OFF
+  mkdir -p build-fuzz/findings
+  local seeds target corpus
+  for seeds in fuzz/corpus/*/; do
+    target=$(basename "$seeds")
+    corpus=build-fuzz/corpus/$target
+    mkdir -p "$corpus"
+    echo "== fuzz_$target"
+    if ! "build-fuzz/fuzz/fuzz_$target" -max_total_time=20 -max_len=4096 -timeout=10 \
+         -artifact_prefix="build-fuzz/findings/$target-" "$corpus" "$seeds" 2> "build-fuzz/$target.log"; then
+      tail -n 40 "build-fuzz/$target.log"
+      echo "fuzz_$target found a failing input: see build-fuzz/findings/" >&2
+      return 1
+    fi
+    grep -E '^Done' "build-fuzz/$target.log" || true
+  done
+}
+
 case "${1:-}" in
   demo)
     install_packages
@@ -46,6 +69,9 @@ case "${1:-}" in
     build build-asan -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang -DCMAKE_BUILD_TYPE=Debug \
       -DXP_SANITIZE=address,undefined -DXP_WERROR=ON
     (cd build-asan && ASAN_OPTIONS=detect_leaks=1 ctest --output-on-failure -j "$jobs" -E package_consumer)
+    if command -v clang++ > /dev/null; then
+      fuzz
+    fi
     ;;
   *)
     echo "usage: tools/run.sh demo|test" >&2

@@ -47,6 +47,102 @@ check "mac2win keeps the currency sign on 0xA4" cmp -s <(printf '\xdb' | "$xptoo
 "$xptool" convert --from ASCII_Mac --to UTF8 "$samples/menu-macroman.txt" > "$work/menu.utf8"
 check "the sample reads as UTF-8 with its accents" grep -q "Crème brûlée" "$work/menu.utf8"
 
+# Container texts of both variants give back every file byte for byte.
+printf '\211PNG\r\n\032\n\0\0\0\rIHDR\0\0\0\001\0\0\0\001\010\002\0\0\0' > "$work/dot.png"
+mkdir "$work/hex" "$work/b64" "$work/typed" "$work/broken"
+"$xptool" container pack "$samples/menu-macroman.txt" "$work/dot.png" > "$work/both.hex"
+"$xptool" container unpack --into "$work/hex" "$work/both.hex" 2> /dev/null
+check "hex container gives back the sample" cmp -s "$samples/menu-macroman.txt" "$work/hex/1.FILE"
+check "hex container gives back the PNG" cmp -s "$work/dot.png" "$work/hex/2.PNGf"
+"$xptool" container pack --base64 "$samples/menu-macroman.txt" "$work/dot.png" |
+  "$xptool" container unpack --into "$work/b64" 2> "$work/b64.report"
+check "base64 container gives back the sample" cmp -s "$samples/menu-macroman.txt" "$work/b64/1.FILE"
+check "base64 container gives back the PNG" cmp -s "$work/dot.png" "$work/b64/2.PNGf"
+check "unpack tells the variant" grep -q "2 streams from a base64 container text" "$work/b64.report"
+"$xptool" container pack --type "PDF " "$work/dot.png" | "$xptool" container unpack --into "$work/typed" 2> /dev/null
+check "--type names the stream" cmp -s "$work/dot.png" "$work/typed/1.PDF"
+head -c 300 "$work/both.hex" > "$work/cut.hex"
+check "a cut container text fails" exits_with 1 "$xptool" container unpack --into "$work/broken" "$work/cut.hex"
+check "with its result code" grep -q "result -50" "$work/stderr"
+check "and leaves no file behind" test -z "$(ls -A "$work/broken")"
+check "a type of three characters" exits_with 2 "$xptool" container pack --type PDF "$work/dot.png"
+
+# UTF-8 text, URL encoding and charset repair.
+check "urlencode escapes the UTF-8 bytes, a space as %20" \
+  cmp -s <(printf 'a b&\xc3\xa9~' | "$xptool" urlencode) <(printf '%s' 'a%20b%26%C3%A9~')
+check "utf8 encode writes what the host writes as UTF-8" \
+  cmp -s <("$xptool" utf8 encode --from ASCII_Mac "$work/all.mac") "$work/all.utf8"
+check "utf8 decode gives valid UTF-8 back unchanged" cmp -s <("$xptool" utf8 decode "$work/all.utf8") "$work/all.utf8"
+check "utf8 decode lets stray continuation bytes through as Latin-1" \
+  cmp -s <(printf 'caf\xc3\xa9 \xa9' | "$xptool" utf8 decode) <(printf 'caf\xc3\xa9 \xc2\xa9')
+page="$samples/menu-utf8.html"
+check "the sample page read as Mac Roman is garbled" \
+  test "$("$xptool" convert --from ASCII_Mac --to UTF8 "$page" | md5sum)" != "$(md5sum < "$page")"
+check "reinterpret --meta repairs it by its meta tag" cmp -s <("$xptool" reinterpret --from ASCII_Mac --meta "$page") "$page"
+check "reinterpret --to UTF8 repairs it too" cmp -s <("$xptool" reinterpret --from ASCII_Mac --to UTF8 "$page") "$page"
+check "an XML declaration naming windows-1252 changes nothing" \
+  cmp -s <(printf '<?xml version="1.0" encoding="windows-1252"?><a>\xc3\xa9</a>' |
+    "$xptool" reinterpret --from ISO_8859_1 --meta) <(printf '<?xml version="1.0" encoding="windows-1252"?><a>\xc3\x83\xc2\xa9</a>')
+check "reinterpret --help explains the command" grep -q "usage: xptool reinterpret" <("$xptool" reinterpret --help)
+check "reinterpret needs --to or --meta" exits_with 2 "$xptool" reinterpret --from UTF8 "$page"
+check "utf8 needs encode or decode" exits_with 2 "$xptool" utf8 "$page"
+check "urlencode of an unreadable file" exits_with 1 "$xptool" urlencode "$work/does-not-exist"
+
+# Substitution, line ends and switches strings.
+printf 'Cr\xc3\xa8me CR\xc3\x88ME\0bc' > "$work/creme.utf8"
+check "substitute ignores case beyond ASCII and keeps NUL bytes" \
+  cmp -s <("$xptool" substitute "crème" "x" "$work/creme.utf8") <(printf 'x x\0bc')
+check "substitute never searches its replacement again" test "$(printf aaa | "$xptool" substitute a aa)" = aaaaaa
+printf 'a\nb\r\nc\r' > "$work/ends.txt"
+check "lineends crlf makes every line end CR LF" cmp -s <("$xptool" lineends crlf "$work/ends.txt") <(printf 'a\r\nb\r\nc\r\n')
+check "lineends cr makes every line end CR" cmp -s <("$xptool" lineends cr < "$work/ends.txt") <(printf 'a\rb\rc\r')
+check "lineends lf-to-cr leaves CR LF as CR CR" cmp -s <("$xptool" lineends lf-to-cr "$work/ends.txt") <(printf 'a\rb\r\rc\r')
+check "switch --has has no word boundary" test "$("$xptool" switch --has -WAIT '-NoDialog -Waiting')" = true
+check "switch --has answers false" test "$("$xptool" switch --has -Quiet '-NoDialog')" = false
+check "switch --tag --number stops at the next switch" \
+  test "$("$xptool" switch --tag -timeout= --number '-Timeout=30-Other')" = 30
+check "switch --tag --number never reads a minus sign" test "$("$xptool" switch --tag -t= --number '-t=-5')" = none
+check "switch --tag prints the value up to --end" \
+  test "$("$xptool" switch --tag name= --end ';' 'id=7;Name=Joe Doe;x')" = "Joe Doe"
+check "lineends --help names the converter modes" grep -q "mode 10" <("$xptool" lineends --help)
+check "lineends needs a known mode" exits_with 2 "$xptool" lineends lf "$work/ends.txt"
+check "substitute needs a replacement" exits_with 2 "$xptool" substitute x
+check "switch takes --has or --tag, not both" exits_with 2 "$xptool" switch --has a --tag b text
+check "switch --number goes with --tag" exits_with 2 "$xptool" switch --has a --number text
+check "switch --tag of a missing tag" exits_with 1 "$xptool" switch --tag -x= '-a'
+
+# Hex text and base64: the RFC 4648 vectors (section 10), every byte value, and
+# a file of several slices, through every mode.
+for pair in ":" "f:Zg==" "fo:Zm8=" "foo:Zm9v" "foob:Zm9vYg==" "fooba:Zm9vYmE=" "foobar:Zm9vYmFy"; do
+  check "base64 of '${pair%%:*}'" test "$(printf %s "${pair%%:*}" | "$xptool" base64 encode --line-length 0)" = "${pair#*:}"
+done
+check "hex of foobar" test "$(printf foobar | "$xptool" hex encode)" = 666F6F626172
+printf "$(printf '\\%03o' $(seq 0 255))" > "$work/bytes"
+head -c 2500000 /dev/urandom >> "$work/bytes"
+"$xptool" hex encode "$work/bytes" > "$work/bytes.hex"
+"$xptool" base64 encode "$work/bytes" > "$work/bytes.b64"
+check "hex decode inverts hex encode" cmp -s <("$xptool" hex decode "$work/bytes.hex") "$work/bytes"
+check "base64 decode inverts base64 encode" cmp -s <("$xptool" base64 decode "$work/bytes.b64") "$work/bytes"
+check "base64 lines are 76 characters and CR LF" test "$(head -c 78 "$work/bytes.b64" | tail -c 2 | od -An -c | tr -d ' ')" = '\r\n'
+tr -d '\n' < "$work/bytes.b64" > "$work/bytes.b64cr"
+check "base64 --mode hex reads hex text, lines end with CR" \
+  cmp -s <("$xptool" base64 encode --mode hex "$work/bytes.hex") "$work/bytes.b64cr"
+check "base64 decode --mode hex writes hex text" \
+  cmp -s <("$xptool" base64 decode --mode hex "$work/bytes.b64") <(tr -d '\n' < "$work/bytes.hex")
+check "base64 --mode bin reads what decode --mode bin writes" \
+  cmp -s <("$xptool" base64 decode --mode bin "$work/bytes.b64" | "$xptool" base64 encode --mode bin) "$work/bytes.b64cr"
+check "bin text escapes NUL and backslash" \
+  test "$(printf 'A\0\\' | "$xptool" base64 encode --line-length 0 | "$xptool" base64 decode --mode bin)" = 'A\0\\'
+check "hex decode takes lower case and line breaks" test "$(printf '66 6f\n6F' | "$xptool" hex decode)" = foo
+check "base64 --help explains the command" grep -q "usage: xptool base64 encode" <("$xptool" base64 --help)
+check "base64 needs encode or decode" exits_with 2 "$xptool" base64 "$work/bytes"
+check "base64 of an unknown mode" exits_with 2 "$xptool" base64 encode --mode octal "$work/bytes"
+check "base64 of a negative line length" exits_with 2 "$xptool" base64 encode --line-length -1 "$work/bytes"
+check "base64 decode takes no line length" exits_with 2 "$xptool" base64 decode --line-length 76 "$work/bytes.b64"
+check "hex decode of a non-digit" exits_with 1 "$xptool" hex decode <(printf '4G')
+check "hex decode of an odd digit count" exits_with 1 "$xptool" hex decode <(printf '414')
+check "hex of an unreadable file" exits_with 1 "$xptool" hex encode "$work/does-not-exist"
+
 # Listing and help.
 check "encodings lists ISO_8859_15 as 36" grep -qE '^36 +ISO_8859_15$' <("$xptool" encodings)
 check "convert --help explains the command" grep -q "usage: xptool convert" <("$xptool" convert --help)

@@ -3,13 +3,50 @@
 
 namespace xptool {
 
+int RunBase64(const std::vector<std::string>& args);
+int RunContainer(const std::vector<std::string>& args);
+int RunHex(const std::vector<std::string>& args);
 int RunConvert(const std::vector<std::string>& args);
 int RunEncodings(const std::vector<std::string>& args);
 int RunMacToWin(const std::vector<std::string>& args);
 int RunWinToMac(const std::vector<std::string>& args);
+int RunURLEncode(const std::vector<std::string>& args);
+int RunUTF8(const std::vector<std::string>& args);
+int RunReinterpret(const std::vector<std::string>& args);
+int RunSubstitute(const std::vector<std::string>& args);
+int RunLineEnds(const std::vector<std::string>& args);
+int RunSwitch(const std::vector<std::string>& args);
 
 const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
+      {"base64", "bytes, hex text or bin text to base64 and back",
+       "usage: xptool base64 encode [--line-length N] [--mode plain|hex|bin] [FILE]\n"
+       "       xptool base64 decode [--mode plain|hex|bin] [FILE]\n\n"
+       "encode writes the base64 of FILE (or standard input). --mode plain (the\n"
+       "default) encodes the bytes as they are, with a CR LF after every line. With\n"
+       "--mode hex the input is hex text (blanks and line breaks are passed over, lower\n"
+       "case is read as upper case) and with --mode bin it is bin text, \"\\0\" standing\n"
+       "for a zero byte and \"\\\\\" for a backslash; these are encoded as the toolkit\n"
+       "encodes host text, with a single CR (the host's paragraph separator) after\n"
+       "every line. --line-length N (default 76) is rounded down to whole groups of 4\n"
+       "characters; 0 writes one line without a break, and below 4 the plain mode\n"
+       "breaks after every group while hex and bin do not break.\n\n"
+       "decode passes over everything that is not a base64 character (line breaks,\n"
+       "blanks, padding) and writes the bytes (plain), their hex text (hex) or their\n"
+       "bin text (bin). Text goes in and out as Mac Roman, one byte per character.\n",
+       RunBase64},
+      {"container", "files to a binary container text and back",
+       "usage: xptool container pack [--base64] [--type ABCD] FILE...\n"
+       "       xptool container unpack [--into DIR] [FILE]\n\n"
+       "pack makes one container of the files, one stream each, and writes its\n"
+       "<VARN_BINARY_CONTAINER10> text to standard output: the hex variant, or the\n"
+       "base64 variant with --base64. A stream's type is --type, or follows the\n"
+       "file's extension: .jpg/.jpeg JPEG, .png PNGf, .pdf \"PDF \", .gif GIFf, else FILE.\n\n"
+       "unpack reads a container text of either variant from FILE (or standard input)\n"
+       "and writes each stream into DIR (default: the current folder) as INDEX.TYPE,\n"
+       "e.g. 1.JPEG, listing them on standard error. A malformed text writes no file\n"
+       "and exits 1 with the toolkit's result code and the reason.\n",
+       RunContainer},
       {"convert", "bytes in one host encoding to bytes in another",
        "usage: xptool convert --from ENC --to ENC [FILE]\n\n"
        "Reads FILE (or standard input) as bytes in ENC --from, makes host text of them\n"
@@ -20,12 +57,72 @@ const std::vector<Command>& Commands() {
        RunConvert},
       {"encodings", "the host encodings with their names and numbers",
        "usage: xptool encodings\n\nLists the encoding names convert accepts, with their numbers.\n", RunEncodings},
+      {"hex", "bytes to hex text and back",
+       "usage: xptool hex encode|decode [FILE]\n\n"
+       "encode writes two upper-case hex digits per byte of FILE (or standard input)\n"
+       "on one line, ended by a line break. decode reads them back: blanks and line\n"
+       "breaks are passed over and lower case is read as upper case, so it also reads\n"
+       "the output of other hex dumpers; any other character or an odd number of\n"
+       "digits exits 1 without output.\n",
+       RunHex},
+      {"lineends", "convert the line ends of UTF-8 text",
+       "usage: xptool lineends cr|crlf|lf-to-cr [FILE]\n\n"
+       "Reads FILE (or standard input) as UTF-8, converts its line ends with the\n"
+       "toolkit's line-end converter and writes it as UTF-8. The modes are the\n"
+       "converter's: cr is mode 9 (CR LF, LF and CR all become CR), crlf is mode 10\n"
+       "(all become CR LF), lf-to-cr is mode 3 (only LF becomes CR; CR LF becomes CR CR).\n",
+       RunLineEnds},
       {"mac2win", "Mac Roman bytes to Windows code page 1252",
        "usage: xptool mac2win [--euro] [FILE]\n\n"
        "Converts every byte 128-255 through the toolkit's Mac to Windows table.\n"
        "--euro uses the tables with the euro sign on Mac 0xDB (current Mac Roman);\n"
        "without it the euro sign is kept on Mac 0xAD, as in Mac Roman before the euro.\n",
        RunMacToWin},
+      {"reinterpret", "repair a web page or XML file decoded with the wrong charset",
+       "usage: xptool reinterpret --from ENC (--to ENC | --meta) [FILE]\n\n"
+       "Decodes FILE (or standard input) in ENC --from, as a plug-in would have received\n"
+       "it, then repairs the text: turns it back into its --from bytes and decodes them\n"
+       "again in ENC --to, or with --meta in the charset its first HTML meta tag or XML\n"
+       "declaration names (only utf-8 and ISO-8859-1 are recognised; otherwise the text\n"
+       "stays as it is). Writes the text as UTF-8. Encodings are named as for convert;\n"
+       "--from must be a host encoding, not ByteValues. Only as many bytes as the text\n"
+       "has characters are decoded again, so --from should be a single-byte encoding.\n",
+       RunReinterpret},
+      {"substitute", "replace every occurrence of a text, ignoring case",
+       "usage: xptool substitute SEARCH REPLACEMENT [FILE]\n\n"
+       "Reads FILE (or standard input) as UTF-8, replaces every occurrence of SEARCH by\n"
+       "REPLACEMENT, left to right, and writes the result as UTF-8. Like the toolkit,\n"
+       "the search always ignores case, and a replacement is never searched again\n"
+       "(substitute a aa turns aaa into aaaaaa). SEARCH must not be empty.\n",
+       RunSubstitute},
+      {"switch", "what a plug-in reads from a switches string",
+       "usage: xptool switch --has SWITCH TEXT\n"
+       "       xptool switch --tag TAG [--number | --end CHAR] TEXT\n\n"
+       "--has prints true when SWITCH occurs in TEXT, else false. Only A-Z and a-z\n"
+       "match each other, and there is no word boundary: -Wait is found in -Waiting.\n"
+       "--tag prints the value after the first TAG, up to the character --end (default\n"
+       "'-', where the next switch starts) or the end of TEXT; a missing tag exits 1.\n"
+       "With --number it prints the first run of digits in that value (which ends at\n"
+       "the next '-', so a minus sign is never read), or none.\n"
+       "Example: xptool switch --tag -timeout= --number '-NoDialog -Timeout=30'\n",
+       RunSwitch},
+      {"urlencode", "percent-encode UTF-8 text for a URL",
+       "usage: xptool urlencode [FILE]\n\n"
+       "Reads FILE (or standard input) as UTF-8 and writes it percent-encoded: every\n"
+       "byte of its UTF-8 except A-Z, a-z, 0-9 and - . _ ~ becomes %XY (upper-case hex;\n"
+       "a space is %20, never +). Malformed input bytes arrive as U+FFFD (%EF%BF%BD).\n",
+       RunURLEncode},
+      {"utf8", "text to UTF-8 and back with the toolkit's own coder",
+       "usage: xptool utf8 encode [--from ENC] [FILE]\n"
+       "       xptool utf8 decode [FILE]\n\n"
+       "encode decodes FILE (or standard input) in ENC --from (default UTF8; named as for\n"
+       "convert) and writes the text through the toolkit's UTF-8 encoder.\n"
+       "decode takes each input byte as one character of UTF-8 text and decodes it with\n"
+       "the toolkit's lenient decoder: bytes that start no sequence (0x80-0xBF) pass as\n"
+       "Latin-1 characters, overlong forms are accepted, values past U+10FFFF and\n"
+       "surrogates become U+FFFD, and a sequence cut off at the end is dropped. The\n"
+       "result is written as UTF-8.\n",
+       RunUTF8},
       {"win2mac", "Windows code page 1252 bytes to Mac Roman",
        "usage: xptool win2mac [--euro] [FILE]\n\n"
        "The inverse of mac2win, with the same tables: win2mac after mac2win gives\n"

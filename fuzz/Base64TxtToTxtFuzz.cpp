@@ -1,0 +1,50 @@
+// Fuzzes XP7_Base64TxtToTxt: any text decodes within three bytes per four
+// characters, and the base64 of a block decodes back to that block.
+#include <string>
+#include <vector>
+
+#include "FuzzInput.h"
+#include "codecs/Base64.h"
+
+namespace {
+
+constexpr fmx::Text::Encoding kMac = fmx::Text::kEncoding_ASCII_Mac;
+
+void DecodeUntrusted(fuzz::Input& input) {
+  const unsigned short mode = input.Byte() % 5;  // 2 hex, 4 bin, others plain
+  const unsigned char plain = input.Byte() & 1;
+  fmx::TextAutoPtr text, out;
+  fuzz::SetUntrustedText(text, input);
+  FUZZ_CHECK(XP7_Base64TxtToTxt(text, plain, kMac, mode, out) == 0);
+  // At most three bytes per four characters, each byte at most two characters.
+  const uint64_t bytes = 3 * uint64_t(text->GetSize()) / 4;
+  FUZZ_CHECK(out->GetSize() <= (mode == 2 || (mode == 4 && !plain) ? 2 * bytes : bytes));
+}
+
+void RoundTrip(fuzz::Input& input) {
+  const int lineLength = input.Byte() % 100;
+  std::string block = input.Rest();
+  std::vector<unsigned char> encoded(2 * block.size() + 16);
+  unsigned long length = 0;
+  FUZZ_CHECK(XP7_Base64_EncodeBlock(reinterpret_cast<unsigned char*>(block.data()), block.size(), encoded.data(),
+                                    encoded.size(), &length, lineLength) == 0);
+  fmx::TextAutoPtr text, hex;
+  fuzz::SetByteChars(text, std::string(encoded.begin(), encoded.begin() + static_cast<long>(length)));
+  FUZZ_CHECK(XP7_Base64TxtToTxt(text, 0, kMac, 2, hex) == 0);
+  static const char digits[] = "0123456789ABCDEF";
+  std::u16string expected;
+  for (unsigned char b : block) expected += {char16_t(digits[b >> 4]), char16_t(digits[b & 15])};
+  FUZZ_CHECK(fuzz::UnitsOf(*hex) == expected);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::Input input(data, size);
+  if (input.Byte() & 1) {
+    RoundTrip(input);
+  } else {
+    DecodeUntrusted(input);
+  }
+  return 0;
+}
