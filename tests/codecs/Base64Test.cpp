@@ -2,6 +2,8 @@
 // encoder, the decoder's tolerance, round trips in every mode, host failures.
 #include <gtest/gtest.h>
 
+#include "../helpers/HostText.h"
+
 #include <cstring>
 #include <functional>
 #include <random>
@@ -16,20 +18,13 @@
 
 namespace {
 
+using testing_host::Units;
+using testing_host::Set;
+
 constexpr fmx::Text::Encoding kMac = fmx::Text::kEncoding_ASCII_Mac;
 const std::string kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-std::u16string Units(fmx::TextAutoPtr& t) {
-  std::u16string s(t->GetSize(), u'\0');
-  t->GetUnicode(reinterpret_cast<unsigned short*>(s.data()), 0, t->GetSize());
-  return s;
-}
-
 std::u16string U16(const std::string& s) { return std::u16string(s.begin(), s.end()); }
-
-void Set(fmx::TextAutoPtr& t, const std::u16string& s) {
-  t->AssignUnicodeWithLength(reinterpret_cast<const unsigned short*>(s.data()), static_cast<uint32_t>(s.size()));
-}
 
 // An encoder of its own, bit by bit, to hold the toolkit's group tables against.
 std::string Reference(const std::string& bytes) {

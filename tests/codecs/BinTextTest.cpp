@@ -2,21 +2,16 @@
 // byte-value listing.
 #include <gtest/gtest.h>
 
+#include "../helpers/HostText.h"
+
 #include <string>
 
 #include "codecs/BinText.h"
 
 namespace {
 
-std::u16string Units(fmx::TextAutoPtr& t) {
-  std::u16string s(t->GetSize(), u'\0');
-  t->GetUnicode(reinterpret_cast<unsigned short*>(s.data()), 0, t->GetSize());
-  return s;
-}
-
-void Set(fmx::TextAutoPtr& t, const std::u16string& s) {
-  t->AssignUnicodeWithLength(reinterpret_cast<const unsigned short*>(s.data()), static_cast<uint32_t>(s.size()));
-}
+using testing_host::Units;
+using testing_host::Set;
 
 TEST(BinText, EscapesGoInAndComeOutAgain) {
   fmx::TextAutoPtr t;

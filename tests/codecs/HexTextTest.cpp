@@ -2,6 +2,8 @@
 // removing it in place, and the lower-case C string form.
 #include <gtest/gtest.h>
 
+#include "../helpers/HostText.h"
+
 #include <cstdio>
 #include <random>
 #include <string>
@@ -11,15 +13,8 @@
 
 namespace {
 
-std::u16string Units(fmx::TextAutoPtr& t) {
-  std::u16string s(t->GetSize(), u'\0');
-  t->GetUnicode(reinterpret_cast<unsigned short*>(s.data()), 0, t->GetSize());
-  return s;
-}
-
-void Set(fmx::TextAutoPtr& t, const std::u16string& s) {
-  t->AssignUnicodeWithLength(reinterpret_cast<const unsigned short*>(s.data()), static_cast<uint32_t>(s.size()));
-}
+using testing_host::Units;
+using testing_host::Set;
 
 TEST(HexText, RandomBlocksGoThroughHexTextAndBack) {
   std::mt19937 random(4648);

@@ -2,6 +2,8 @@
 // character set, repaired by a given encoding or by their own declaration.
 #include <gtest/gtest.h>
 
+#include "../helpers/HostText.h"
+
 #include <string>
 
 #include "MemHost.h"
@@ -9,16 +11,12 @@
 
 namespace {
 
+using testing_host::Units;
+
 using Enc = fmx::Text::Encoding;
 constexpr Enc kMac = fmx::Text::kEncoding_ASCII_Mac;
 constexpr Enc kUTF8 = fmx::Text::kEncoding_UTF8;
 constexpr Enc kLatin1 = fmx::Text::kEncoding_ISO_8859_1;
-
-std::u16string Units(fmx::TextAutoPtr& t) {
-  std::u16string s(t->GetSize(), u'\0');
-  t->GetUnicode(reinterpret_cast<unsigned short*>(s.data()), 0, t->GetSize());
-  return s;
-}
 
 std::u16string Read(const std::string& bytes, Enc enc) {
   fmx::TextAutoPtr t;

@@ -2,6 +2,8 @@
 // UTF-8, and plain bytes as they stand.
 #include <gtest/gtest.h>
 
+#include "../helpers/HostText.h"
+
 #include <cctype>
 #include <memory>
 #include <string>
@@ -11,15 +13,8 @@
 
 namespace {
 
-std::u16string Units(fmx::TextAutoPtr& t) {
-  std::u16string s(t->GetSize(), u'\0');
-  t->GetUnicode(reinterpret_cast<unsigned short*>(s.data()), 0, t->GetSize());
-  return s;
-}
-
-void Set(fmx::TextAutoPtr& t, const std::u16string& s) {
-  t->AssignUnicodeWithLength(reinterpret_cast<const unsigned short*>(s.data()), static_cast<uint32_t>(s.size()));
-}
+using testing_host::Units;
+using testing_host::Set;
 
 std::u16string URLEncoded(const std::u16string& s) {
   fmx::TextAutoPtr in, out;

@@ -2,6 +2,8 @@
 // decoder on malformed input, the hex form, the C string copy, and host failures.
 #include <gtest/gtest.h>
 
+#include "../helpers/HostText.h"
+
 #include <functional>
 #include <iterator>
 #include <random>
@@ -16,15 +18,8 @@
 
 namespace {
 
-std::u16string Units(fmx::TextAutoPtr& t) {
-  std::u16string s(t->GetSize(), u'\0');
-  t->GetUnicode(reinterpret_cast<unsigned short*>(s.data()), 0, t->GetSize());
-  return s;
-}
-
-void Set(fmx::TextAutoPtr& t, const std::u16string& s) {
-  t->AssignUnicodeWithLength(reinterpret_cast<const unsigned short*>(s.data()), static_cast<uint32_t>(s.size()));
-}
+using testing_host::Units;
+using testing_host::Set;
 
 // UTF-8 text of `bytes`: one character per byte.
 std::u16string Chars(const std::string& bytes) {

@@ -2,6 +2,8 @@
 // the replace and append rules, and the byte counts of the text-to-block writers.
 #include <gtest/gtest.h>
 
+#include "../helpers/HostText.h"
+
 #include <memory>
 #include <string>
 
@@ -10,17 +12,10 @@
 
 namespace {
 
+using testing_host::Units;
+using testing_host::Set;
+
 using Enc = fmx::Text::Encoding;
-
-std::u16string Units(fmx::TextAutoPtr& t) {
-  std::u16string s(t->GetSize(), u'\0');
-  t->GetUnicode(reinterpret_cast<unsigned short*>(s.data()), 0, t->GetSize());
-  return s;
-}
-
-void Set(fmx::TextAutoPtr& t, const std::u16string& s) {
-  t->AssignUnicodeWithLength(reinterpret_cast<const unsigned short*>(s.data()), static_cast<uint32_t>(s.size()));
-}
 
 std::string Block(const unsigned char* block, unsigned int len) { return std::string(block, block + len); }
 
