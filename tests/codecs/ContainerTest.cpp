@@ -7,8 +7,10 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "../helpers/HostText.h"
 #include "MemHost.h"
 #include "codecs/Container.h"
 
@@ -35,9 +37,9 @@ void SetText(fmx::TextAutoPtr& t, const std::string& s) {
   t->AssignWithLength(s.data(), static_cast<uint32_t>(s.size()), fmx::Text::kEncoding_ASCII_Mac);
 }
 
+// Container texts are plain ASCII, so one char per unit loses nothing.
 std::string TextOf(fmx::TextAutoPtr& t) {
-  std::u16string units(t->GetSize(), u'\0');
-  t->GetUnicode(reinterpret_cast<unsigned short*>(units.data()), 0, t->GetSize());
+  const std::u16string units = testing_host::Units(t);
   return std::string(units.begin(), units.end());
 }
 
