@@ -11,6 +11,8 @@
 #include "text/ByteBlocks.h"
 #include "text/Numbers.h"
 #include "text/TextSearch.h"
+#include "text/CFRef.h"
+#include "text/PlatformStrings.h"
 #include "encoding/EncodingSwitch.h"
 #include "encoding/LegacyTables.h"
 #include "encoding/UTF8.h"
@@ -19,5 +21,8 @@
 #include "params/Switches.h"
 #include "params/Parameters.h"
 #include "services/PlainStrings.h"
+#include "services/DateTime.h"
+#include "services/Files.h"
+#include "services/Logging.h"
 
 #endif  // XPTOOLKIT_XPTOOLKIT_H

@@ -27,6 +27,15 @@ typedef SInt8 SignedByte;
 typedef UInt16 UniChar;
 typedef unsigned char Boolean;
 
+// Counts, option sets and four-character codes ('TEXT', 'desk').
+typedef unsigned long ByteCount;
+typedef unsigned long ItemCount;
+typedef unsigned long UniCharCount;
+typedef UInt32 OptionBits;
+typedef UInt32 FourCharCode;
+typedef FourCharCode OSType;
+typedef FourCharCode ResType;
+
 // Result codes.
 typedef SInt16 OSErr;
 typedef SInt32 OSStatus;
@@ -52,6 +61,13 @@ struct Rect {
 };
 typedef struct Rect Rect;
 typedef Rect* RectPtr;
+
+// QuickDraw's point, vertical first like Rect.
+struct Point {
+  short v;
+  short h;
+};
+typedef struct Point Point;
 
 #ifdef __cplusplus
 }

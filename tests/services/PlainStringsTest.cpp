@@ -1,7 +1,7 @@
 // Tests of the plain string helpers: strings, blocks, line ends, numbers, byte order, ticks.
 #include "services/PlainStrings.h"
 
-#include <CoreServices/CoreServices.h>
+#include <Carbon/Carbon.h>
 #include <gtest/gtest.h>
 
 #include <chrono>

@@ -143,6 +143,46 @@ check "hex decode of a non-digit" exits_with 1 "$xptool" hex decode <(printf '4G
 check "hex decode of an odd digit count" exits_with 1 "$xptool" hex decode <(printf '414')
 check "hex of an unreadable file" exits_with 1 "$xptool" hex encode "$work/does-not-exist"
 
+# Dates from Mac seconds, and messages from a bundle's strings table.
+check "date of the last Mac second" grep -q '^iso: *2040-02-06 06:28:15$' <("$xptool" date 0xFFFFFFFF)
+check "date 0 is host day 695056" grep -q '^host: *day 695056, second 0$' <("$xptool" date 0)
+check "date writes the long style of LC_ALL" grep -q '^long: *6\. Februar 2040$' <(LC_ALL=de_DE.UTF-8 "$xptool" date 4294967295)
+check "date writes short, medium and long" \
+  test "$(LC_ALL=en_US.UTF-8 "$xptool" date 43200 | grep -cE '^(short|medium|long): +[^ ]')" = 3
+check "date of a negative number" exits_with 2 "$xptool" date -1
+check "date past 32 bits" exits_with 2 "$xptool" date 4294967296
+bundle="$work/Msgs.bundle"
+mkdir -p "$bundle/Contents/Resources/en.lproj"
+printf '<?xml version="1.0" encoding="UTF-8"?>\n<plist version="1.0"><dict><key>CFBundleDevelopmentRegion</key><string>en</string></dict></plist>\n' \
+  > "$bundle/Contents/Info.plist"
+printf '"1" = "Disk full (code 3)";\n"131" = "Never read";\n"MSG_007" = "Seven";\n' \
+  > "$bundle/Contents/Resources/en.lproj/Msgs.strings"
+check "strings reads message 131 as message 1" test "$("$xptool" strings "$bundle" Msgs 131)" = "Disk full (code 3)"
+check "strings --cut drops the text from its parenthesis" test "$("$xptool" strings --cut "$bundle" Msgs 1)" = "Disk full "
+check "strings --format makes the key" test "$("$xptool" strings --format MSG_%03d "$bundle" Msgs 7)" = Seven
+check "strings --help explains the key format" grep -q -- "--format MSG_%03d" <("$xptool" strings --help)
+check "strings of a missing message" exits_with 1 "$xptool" strings "$bundle" Msgs 2
+check "strings of a missing bundle" exits_with 1 "$xptool" strings "$work/none.bundle" Msgs 1
+check "strings --format with a string conversion" exits_with 2 "$xptool" strings --format %s "$bundle" Msgs 1
+
+# log: the line lands in Logs/Varn Logs, counted up from the folder that holds xptool.
+mkdir -p "$work/logs/a/b/c/d" "$work/nolog"
+cp "$xptool" "$work/logs/a/b/c/d/xptool"
+cp "$xptool" "$work/nolog/xptool"
+touch "$work/nolog/Logs"
+logged=$("$work/logs/a/b/c/d/xptool" log --app-type 1 --tag srv 'café opened')
+check "log prints the server log's path" test "$logged" -ef "$work/logs/a/Logs/Varn Logs/Varn Plugin FMServer.log"
+check "log appends time, tag and text" \
+  grep -qE '^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2} \[srv\] café opened$' "$logged"
+check "log of a debug line says where it went" \
+  test "$("$work/logs/a/b/c/d/xptool" log --app-type 101 --tag dbg hi 2> "$work/log.err")" = "standard error"
+check "log of a debug line writes it to standard error" test "$(cat "$work/log.err")" = "[dbg] hi"
+check "log of a debug line makes its file beside xptool" test -f "$work/logs/a/b/c/d/Logs/Varn Logs/VarnDebug.log"
+check "log where no Logs folder can be made" exits_with 1 "$work/nolog/xptool" log --app-type 101 --tag t text
+check "log needs --tag" exits_with 2 "$xptool" log --app-type 1 text
+check "log of a type that is no number" exits_with 2 "$xptool" log --app-type web --tag t text
+check "log --help explains the command" grep -q "usage: xptool log" <("$xptool" log --help)
+
 # Listing and help.
 check "encodings lists ISO_8859_15 as 36" grep -qE '^36 +ISO_8859_15$' <("$xptool" encodings)
 check "convert --help explains the command" grep -q "usage: xptool convert" <("$xptool" convert --help)

@@ -1,7 +1,7 @@
 // Plain character data: C, Pascal and UTF-16 strings, byte blocks, byte order, ticks.
 #include "services/PlainStrings.h"
 
-#include <CoreServices/CoreServices.h>
+#include <Carbon/Carbon.h>
 
 #include <algorithm>
 #include <cstdarg>

@@ -7,6 +7,8 @@ int RunBase64(const std::vector<std::string>& args);
 int RunContainer(const std::vector<std::string>& args);
 int RunHex(const std::vector<std::string>& args);
 int RunConvert(const std::vector<std::string>& args);
+int RunDate(const std::vector<std::string>& args);
+int RunStrings(const std::vector<std::string>& args);
 int RunEncodings(const std::vector<std::string>& args);
 int RunMacToWin(const std::vector<std::string>& args);
 int RunWinToMac(const std::vector<std::string>& args);
@@ -15,6 +17,7 @@ int RunUTF8(const std::vector<std::string>& args);
 int RunReinterpret(const std::vector<std::string>& args);
 int RunSubstitute(const std::vector<std::string>& args);
 int RunLineEnds(const std::vector<std::string>& args);
+int RunLog(const std::vector<std::string>& args);
 int RunSwitch(const std::vector<std::string>& args);
 
 const std::vector<Command>& Commands() {
@@ -55,6 +58,15 @@ const std::vector<Command>& Commands() {
        "byte per character, code points 0-255); 'xptool encodings' lists them.\n"
        "Characters the target cannot hold become '?' (ByteValues: they are left out).\n",
        RunConvert},
+      {"date", "Mac seconds as host date-time, ISO text and locale dates",
+       "usage: xptool date MACSECONDS\n\n"
+       "Shows Mac seconds (seconds of local wall-clock time since 1904-01-01 00:00:00,\n"
+       "0 to 4294967295, in decimal or as 0x hex) as the toolkit converts them: the\n"
+       "host date-time (its day number, 0001-01-01 being day 1, and second of the day),\n"
+       "its ISO text, and the date in the user's locale in the short, medium and long\n"
+       "styles. The locale comes from LC_ALL, LC_TIME or LANG (e.g. LC_ALL=de_DE.UTF-8),\n"
+       "the time zone from TZ. Example: xptool date 0xFFFFFFFF\n",
+       RunDate},
       {"encodings", "the host encodings with their names and numbers",
        "usage: xptool encodings\n\nLists the encoding names convert accepts, with their numbers.\n", RunEncodings},
       {"hex", "bytes to hex text and back",
@@ -72,6 +84,18 @@ const std::vector<Command>& Commands() {
        "converter's: cr is mode 9 (CR LF, LF and CR all become CR), crlf is mode 10\n"
        "(all become CR LF), lf-to-cr is mode 3 (only LF becomes CR; CR LF becomes CR CR).\n",
        RunLineEnds},
+      {"log", "write a line to the plug-in's log as the plug-in would",
+       "usage: xptool log --app-type N --tag T [--host-version V] [--shallow] TEXT\n\n"
+       "Writes TEXT (UTF-8, its first 1000 characters) through the plug-in's log writer\n"
+       "and prints where the line went: the log file's path, or \"standard error\".\n"
+       "The log file lies in Logs/Varn Logs, counted up from the folder that holds\n"
+       "xptool: app type 1 (server) 3 folders up, \"Varn Plugin FMServer.log\"; 2 (web\n"
+       "engine) 4 up, or from --host-version 53 on 3 up with --shallow and 5 without,\n"
+       "\"Varn Plugin Web Engine.log\". Type 1 and 2 append \"time [T] TEXT\" to the file;\n"
+       "any other type makes the file (101 \"VarnDebug.log\", others the server's, in\n"
+       "the folder of xptool itself) and writes \"[T] TEXT\" to standard error. Missing\n"
+       "folders are made; when that fails nothing is written and log exits 1.\n",
+       RunLog},
       {"mac2win", "Mac Roman bytes to Windows code page 1252",
        "usage: xptool mac2win [--euro] [FILE]\n\n"
        "Converts every byte 128-255 through the toolkit's Mac to Windows table.\n"
@@ -88,6 +112,16 @@ const std::vector<Command>& Commands() {
        "--from must be a host encoding, not ByteValues. Only as many bytes as the text\n"
        "has characters are decoded again, so --from should be a single-byte encoding.\n",
        RunReinterpret},
+      {"strings", "a localized message by number from a bundle's strings table",
+       "usage: xptool strings BUNDLE TABLE ID [--format FMT] [--cut]\n\n"
+       "Prints message ID of the strings table TABLE of the bundle folder BUNDLE\n"
+       "(Contents/Resources/<language>.lproj/TABLE.strings) as the plug-in loads it,\n"
+       "in UTF-8. The key is FMT applied to ID: a printf format with exactly one\n"
+       "integer conversion, \"%d\" by default, so message 7 is looked up under \"7\"\n"
+       "(--format MSG_%03d would use \"MSG_007\"). As in the plug-in, message 131 is\n"
+       "message 1, and a message of 1023 UTF-16 units or more is refused. --cut drops\n"
+       "the text from its first \"(\" on. A missing, empty or refused message exits 1.\n",
+       RunStrings},
       {"substitute", "replace every occurrence of a text, ignoring case",
        "usage: xptool substitute SEARCH REPLACEMENT [FILE]\n\n"
        "Reads FILE (or standard input) as UTF-8, replaces every occurrence of SEARCH by\n"

@@ -2,6 +2,14 @@
 #ifndef XPPLATFORM_CORESERVICES_CORESERVICES_H
 #define XPPLATFORM_CORESERVICES_CORESERVICES_H
 
+#include <CoreFoundation/CoreFoundation.h>
+#include <CoreServices/Files.h>
+#include <CoreServices/Finder.h>
+#include <CoreServices/Folders.h>
+#include <CoreServices/MacErrors.h>
+#include <CoreServices/MacMemory.h>
+#include <CoreServices/TextCommon.h>
+#include <CoreServices/UTCUtils.h>
 #include <MacTypes.h>
 
 #ifdef __cplusplus
@@ -22,10 +30,8 @@ struct DateTimeRec {
 };
 typedef struct DateTimeRec DateTimeRec;
 
-// Ticks (Events.h, OSUtils.h). A tick is 1/60 s.
+// Waiting (OSUtils.h). A tick is 1/60 s; TickCount itself comes with Carbon.
 
-/// Ticks since the system started; wraps to 0 after 2^32 ticks (about 828 days).
-UInt32 TickCount(void);
 /// Waits at least `numTicks` ticks; stores the tick count at the end in `*finalTicks`
 /// when it is not null.
 void Delay(unsigned long numTicks, unsigned long* finalTicks);
