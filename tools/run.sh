@@ -8,7 +8,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$here"
 jobs=$(nproc 2>/dev/null || echo 2)
 
-packages=(cmake ninja-build g++ clang libicu-dev icu-devtools libgtest-dev libgmock-dev libbenchmark-dev perl libssl-dev tzdata)
+packages=(cmake ninja-build g++ clang libclang-rt-14-dev libicu-dev icu-devtools libgtest-dev libgmock-dev libbenchmark-dev perl libssl-dev tzdata)
 
 install_packages() {
   local missing=()

@@ -311,34 +311,34 @@ int XP7_ReadBytesFromFSRefToTxt(FSRef* file, fmx::TextAutoPtr& out) {
 
 #if !__LP64__
 
-int XP7_FSMakeFSSpec(short vRefNum, long dirID, const unsigned char* name, FSSpec* spec) {
-  return FSMakeFSSpec(vRefNum, dirID, name, spec);
+int XP7_FSMakeFSSpec(short vRefNum, long dirID, const unsigned char* name, FSSpec* fsSpec) {
+  return FSMakeFSSpec(vRefNum, dirID, name, fsSpec);
 }
 
 namespace {
 
 // The catalog entry of the file the FSSpec names, as PBHGetFInfoSync reads it.
-OSErr GetFileParams(const FSSpec* spec, HParamBlockRec* pb) {
+OSErr GetFileParams(const FSSpec* fsSpec, HParamBlockRec* pb) {
   std::memset(pb, 0, sizeof *pb);
-  pb->fileParam.ioNamePtr = const_cast<StringPtr>(spec->name);
-  pb->fileParam.ioVRefNum = spec->vRefNum;
-  pb->fileParam.ioDirID = spec->parID;
+  pb->fileParam.ioNamePtr = const_cast<StringPtr>(fsSpec->name);
+  pb->fileParam.ioVRefNum = fsSpec->vRefNum;
+  pb->fileParam.ioDirID = fsSpec->parID;
   pb->fileParam.ioFDirIndex = 0;
   return PBHGetFInfoSync(pb);
 }
 
-int OpenSpecFork(const FSSpec* spec, const HFSUniStr255& forkName, signed char permission, int* forkRef) {
+int OpenSpecFork(const FSSpec* fsSpec, const HFSUniStr255& forkName, signed char permission, int* forkRef) {
   FSRef ref;
-  OSErr err = FSpMakeFSRef(spec, &ref);
+  OSErr err = FSpMakeFSRef(fsSpec, &ref);
   if (err != noErr) return err;
   return OpenFork(&ref, forkName, permission, forkRef);
 }
 
 }  // namespace
 
-int XP7_FSpGetFileDate(const FSSpec* spec, unsigned int* created, unsigned int* modified) {
+int XP7_FSpGetFileDate(const FSSpec* fsSpec, unsigned int* created, unsigned int* modified) {
   HParamBlockRec pb;
-  OSErr err = GetFileParams(spec, &pb);
+  OSErr err = GetFileParams(fsSpec, &pb);
   if (err == noErr) {
     *created = pb.fileParam.ioFlCrDat;
     *modified = pb.fileParam.ioFlMdDat;
@@ -346,21 +346,21 @@ int XP7_FSpGetFileDate(const FSSpec* spec, unsigned int* created, unsigned int* 
   return err;
 }
 
-int XP7_FileExists(const FSSpec* spec) {
+int XP7_FileExists(const FSSpec* fsSpec) {
   HParamBlockRec pb;
-  return GetFileParams(spec, &pb);
+  return GetFileParams(fsSpec, &pb);
 }
 
-int XP7_FSOpenDF(const FSSpec* spec, signed char permission, int* forkRef) {
-  return OpenSpecFork(spec, DataForkName(), permission, forkRef);
+int XP7_FSOpenDF(const FSSpec* fsSpec, signed char permission, int* forkRef) {
+  return OpenSpecFork(fsSpec, DataForkName(), permission, forkRef);
 }
 
-int XP7_FSOpenRF(const FSSpec* spec, signed char permission, int* forkRef) {
-  return OpenSpecFork(spec, ResourceForkName(), permission, forkRef);
+int XP7_FSOpenRF(const FSSpec* fsSpec, signed char permission, int* forkRef) {
+  return OpenSpecFork(fsSpec, ResourceForkName(), permission, forkRef);
 }
 
-int XP7_FSDelete(const FSSpec* spec) { return FSpDelete(spec); }
+int XP7_FSDelete(const FSSpec* fsSpec) { return FSpDelete(fsSpec); }
 
-int XP7_FSpGetFInfo(const FSSpec* spec, FInfo* info) { return FSpGetFInfo(spec, info); }
+int XP7_FSpGetFInfo(const FSSpec* fsSpec, FInfo* info) { return FSpGetFInfo(fsSpec, info); }
 
 #endif

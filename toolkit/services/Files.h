@@ -113,19 +113,19 @@ int XP7_ReadBytesFromFSRefToTxt(FSRef* file, fmx::TextAutoPtr& out);
 // The older FSSpec records, which only the 32-bit platform has.
 
 /// Makes the FSSpec of `name` in the folder `dirID` of the volume `vRefNum`.
-int XP7_FSMakeFSSpec(short vRefNum, long dirID, const unsigned char* name, FSSpec* spec);
+int XP7_FSMakeFSSpec(short vRefNum, long dirID, const unsigned char* name, FSSpec* fsSpec);
 /// The creation and modification dates of the file as seconds since 1904.
-int XP7_FSpGetFileDate(const FSSpec* spec, unsigned int* created, unsigned int* modified);
+int XP7_FSpGetFileDate(const FSSpec* fsSpec, unsigned int* created, unsigned int* modified);
 /// 0 when the file exists, else the catalog error.
-int XP7_FileExists(const FSSpec* spec);
+int XP7_FileExists(const FSSpec* fsSpec);
 /// Opens the data fork of the file with the permission.
-int XP7_FSOpenDF(const FSSpec* spec, signed char permission, int* forkRef);
+int XP7_FSOpenDF(const FSSpec* fsSpec, signed char permission, int* forkRef);
 /// Opens the resource fork of the file with the permission.
-int XP7_FSOpenRF(const FSSpec* spec, signed char permission, int* forkRef);
+int XP7_FSOpenRF(const FSSpec* fsSpec, signed char permission, int* forkRef);
 /// Deletes the file.
-int XP7_FSDelete(const FSSpec* spec);
+int XP7_FSDelete(const FSSpec* fsSpec);
 /// The Finder information of the file.
-int XP7_FSpGetFInfo(const FSSpec* spec, FInfo* info);
+int XP7_FSpGetFInfo(const FSSpec* fsSpec, FInfo* info);
 #endif
 
 #endif  // XPTOOLKIT_SERVICES_FILES_H
