@@ -85,9 +85,24 @@ void SetUnits(fmx::TextAutoPtr& text, const std::u16string& units) {
 }
 
 // One character per byte: how hex, base64 and UTF-8 texts hold their bytes.
-void SetByteChars(fmx::TextAutoPtr& text, const std::string& bytes) {
-  SetUnits(text, std::u16string(reinterpret_cast<const unsigned char*>(bytes.data()),
-                                reinterpret_cast<const unsigned char*>(bytes.data()) + bytes.size()));
+std::u16string ByteChars(const std::string& bytes) {
+  return std::u16string(reinterpret_cast<const unsigned char*>(bytes.data()),
+                        reinterpret_cast<const unsigned char*>(bytes.data()) + bytes.size());
+}
+
+void SetByteChars(fmx::TextAutoPtr& text, const std::string& bytes) { SetUnits(text, ByteChars(bytes)); }
+
+// Runs `convert(text, out)` on a text of `units` into a fresh result text every
+// iteration, as a plug-in call has it; `payload` bytes count per iteration.
+template <class Convert>
+void RunTextToText(benchmark::State& state, const std::u16string& units, size_t payload, Convert convert) {
+  fmx::TextAutoPtr text;
+  SetUnits(text, units);
+  for (auto _ : state) {
+    fmx::TextAutoPtr out;
+    convert(text, out);
+  }
+  CountBytes(state, payload);
 }
 
 // Printable ASCII, the same bytes in Mac Roman, UTF-8 and as host text.
@@ -165,24 +180,16 @@ void BM_memcpy(benchmark::State& state) {
 
 void BM_TxtToBase64Txt(benchmark::State& state) {
   const std::string bytes = AsciiBytes(SizeOf(state));
-  fmx::TextAutoPtr text;
-  SetByteChars(text, bytes);
-  for (auto _ : state) {
-    fmx::TextAutoPtr out;
+  RunTextToText(state, ByteChars(bytes), bytes.size(), [](fmx::TextAutoPtr& text, fmx::TextAutoPtr& out) {
     XP7_TxtToBase64Txt(text, 0, fmx::Text::kEncoding_ASCII_Mac, 76, out, true);
-  }
-  CountBytes(state, bytes.size());
+  });
 }
 
 void BM_Base64TxtToTxt(benchmark::State& state) {
   const size_t size = SizeOf(state);
-  fmx::TextAutoPtr text;
-  SetByteChars(text, Base64Of(AsciiBytes(size)));
-  for (auto _ : state) {
-    fmx::TextAutoPtr out;
+  RunTextToText(state, ByteChars(Base64Of(AsciiBytes(size))), size, [](fmx::TextAutoPtr& text, fmx::TextAutoPtr& out) {
     XP7_Base64TxtToTxt(text, 1, fmx::Text::kEncoding_ASCII_Mac, 0, out);
-  }
-  CountBytes(state, size);
+  });
 }
 
 void BM_BlockToHexTxt(benchmark::State& state) {
@@ -210,24 +217,12 @@ void BM_RemoveHexTxt(benchmark::State& state) {
 
 void BM_TxtToUTF8Txt(benchmark::State& state) {
   const std::u16string units = MixedText(SizeOf(state));
-  fmx::TextAutoPtr text;
-  SetUnits(text, units);
-  for (auto _ : state) {
-    fmx::TextAutoPtr out;
-    XP7_TxtToUTF8Txt(text, out);
-  }
-  CountBytes(state, ToUTF8(units).size());
+  RunTextToText(state, units, ToUTF8(units).size(), XP7_TxtToUTF8Txt);
 }
 
 void BM_UTF8TxtToTxt(benchmark::State& state) {
   const std::string utf8 = ToUTF8(MixedText(SizeOf(state)));
-  fmx::TextAutoPtr text;
-  SetByteChars(text, utf8);
-  for (auto _ : state) {
-    fmx::TextAutoPtr out;
-    XP7_UTF8TxtToTxt(text, out);
-  }
-  CountBytes(state, utf8.size());
+  RunTextToText(state, ByteChars(utf8), utf8.size(), XP7_UTF8TxtToTxt);
 }
 
 void BM_u_strToUTF8(benchmark::State& state) {
@@ -258,13 +253,7 @@ void BM_u_strFromUTF8(benchmark::State& state) {
 
 void BM_TxtToURLEncodedTxt(benchmark::State& state) {
   const std::u16string units = MixedText(SizeOf(state));
-  fmx::TextAutoPtr text;
-  SetUnits(text, units);
-  for (auto _ : state) {
-    fmx::TextAutoPtr out;
-    XP7_TxtToURLEncodedTxt(text, out);
-  }
-  CountBytes(state, ToUTF8(units).size());
+  RunTextToText(state, units, ToUTF8(units).size(), XP7_TxtToURLEncodedTxt);
 }
 
 void BM_TxtToBuf(benchmark::State& state, fmx::Text::Encoding encoding) {
@@ -295,15 +284,19 @@ void FillParams(fmx::DataVectAutoPtr& params, std::string bytes) {
   params->PushBack(*data);
 }
 
+void WriteContainer(const fmx::DataVect& params, fmx::TextAutoPtr& out, bool base64) {
+  unsigned int index = 0;
+  base64 ? XP7_GetFMBinaryDataAsBase64TxtFromVect(params, out, &index)
+         : XP7_GetBinaryAsHxtTxtFromVect(params, out, &index);
+}
+
 void BM_ContainerWrite(benchmark::State& state, bool base64) {
   const size_t size = SizeOf(state);
   fmx::DataVectAutoPtr params;
   FillParams(params, RandomBytes(size));
   for (auto _ : state) {
     fmx::TextAutoPtr out;
-    unsigned int index = 0;
-    base64 ? XP7_GetFMBinaryDataAsBase64TxtFromVect(*params, out, &index)
-           : XP7_GetBinaryAsHxtTxtFromVect(*params, out, &index);
+    WriteContainer(*params, out, base64);
   }
   CountBytes(state, size);
 }
@@ -314,9 +307,7 @@ void BM_ContainerRead(benchmark::State& state, bool base64) {
   {
     fmx::DataVectAutoPtr params;
     FillParams(params, RandomBytes(size));
-    unsigned int index = 0;
-    base64 ? XP7_GetFMBinaryDataAsBase64TxtFromVect(*params, written, &index)
-           : XP7_GetBinaryAsHxtTxtFromVect(*params, written, &index);
+    WriteContainer(*params, written, base64);
   }
   for (auto _ : state) {
     state.PauseTiming();

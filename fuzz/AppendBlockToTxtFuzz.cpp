@@ -4,6 +4,7 @@
 
 #include "FuzzInput.h"
 #include "text/ByteBlocks.h"
+#include "text/ResultCodes.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fuzz::Input input(data, size);
@@ -14,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const int result =
       XP7_AppendBlockToTxt(block.data(), static_cast<unsigned int>(block.size()), text, fmx::Text::kEncoding_UTF8, 0);
   const std::u16string after = fuzz::UnitsOf(*text);
-  FUZZ_CHECK(result == 0 || result == -4280 || result == -302);
+  FUZZ_CHECK(result == kXP_NoErr || result == kXP_MalformedUTF8 || result == kXP_DecodedToNothing);
   if (result != 0) {
     FUZZ_CHECK(after == before);
   } else {

@@ -6,6 +6,7 @@
 
 #include "FuzzInput.h"
 #include "codecs/Container.h"
+#include "text/ResultCodes.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ void ReadUntrusted(fuzz::Input& input) {
   const uint64_t size = text->GetSize();
   fmx::BinaryDataAutoPtr container;
   const int result = ReadText(text, container);
-  FUZZ_CHECK(result == 0 || result == -50);
+  FUZZ_CHECK(result == kXP_NoErr || result == kXP_ParamErr);
   const int32_t count = container->GetCount();
   FUZZ_CHECK(count <= 100);
   uint64_t bytes = 0;
@@ -74,14 +75,8 @@ void RoundTrip(fuzz::Input& input) {
 
 }  // namespace
 
+// An odd first byte builds a container from the rest; an even one reads the rest as a
+// container text.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::Input input(data, size);
-  // An odd first byte builds a container from the rest; an even one reads the
-  // rest as a container text.
-  if (input.Byte() & 1) {
-    RoundTrip(input);
-  } else {
-    ReadUntrusted(input);
-  }
-  return 0;
+  return fuzz::RoundTripOrUntrusted(data, size, RoundTrip, ReadUntrusted);
 }

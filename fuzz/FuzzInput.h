@@ -53,14 +53,29 @@ class Input {
   size_t at_ = 0;
 };
 
-/// A host text of one character per byte, U+0000-U+00FF, as the codecs' texts hold
-/// their bytes.
-inline void SetByteChars(fmx::TextAutoPtr& text, const std::string& bytes) {
+/// One character per byte, U+0000-U+00FF, as the codecs' texts hold their bytes.
+inline std::u16string ByteChars(const std::string& bytes) {
   std::u16string units(bytes.size(), u'\0');
   for (size_t i = 0; i < bytes.size(); ++i) units[i] = static_cast<unsigned char>(bytes[i]);
+  return units;
+}
+
+/// The bytes as upper-case hex digits, two characters a byte.
+inline std::u16string HexChars(const std::string& bytes) {
+  static const char digits[] = "0123456789ABCDEF";
+  std::u16string hex;
+  for (unsigned char b : bytes) hex += {char16_t(digits[b >> 4]), char16_t(digits[b & 15])};
+  return hex;
+}
+
+/// Replaces `text` by exactly `units`.
+inline void SetText(fmx::TextAutoPtr& text, const std::u16string& units) {
   text->AssignUnicodeWithLength(reinterpret_cast<const unsigned short*>(units.data()),
                                 static_cast<uint32_t>(units.size()));
 }
+
+/// A host text of one character per byte.
+inline void SetByteChars(fmx::TextAutoPtr& text, const std::string& bytes) { SetText(text, ByteChars(bytes)); }
 
 /// A host text of the bytes taken in pairs as UTF-16 units of any value, lone
 /// surrogates included.
@@ -70,8 +85,7 @@ inline void SetUnits(fmx::TextAutoPtr& text, const std::string& bytes) {
     units[i] = static_cast<char16_t>(static_cast<unsigned char>(bytes[2 * i]) << 8 |
                                      static_cast<unsigned char>(bytes[2 * i + 1]));
   }
-  text->AssignUnicodeWithLength(reinterpret_cast<const unsigned short*>(units.data()),
-                                static_cast<uint32_t>(units.size()));
+  SetText(text, units);
 }
 
 /// The rest of the input as untrusted text: by the next byte's low bit, one
@@ -86,6 +100,16 @@ inline std::u16string UnitsOf(const fmx::Text& text) {
   std::u16string units(text.GetSize(), u'\0');
   text.GetUnicode(reinterpret_cast<unsigned short*>(units.data()), 0, static_cast<uint32_t>(units.size()));
   return units;
+}
+
+/// The body of a target with two cases: an odd first byte runs `roundTrip` on the rest
+/// of the input (a value built from it must come back whole), an even one `untrusted`
+/// (the rest read as untrusted text must keep the target's bounds).
+inline int RoundTripOrUntrusted(const uint8_t* data, size_t size, void (*roundTrip)(Input&),
+                                void (*untrusted)(Input&)) {
+  Input input(data, size);
+  (input.Byte() & 1 ? roundTrip : untrusted)(input);
+  return 0;
 }
 
 }  // namespace fuzz

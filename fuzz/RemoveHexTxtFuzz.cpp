@@ -13,9 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     fmx::TextAutoPtr text;
     XP7_BlockToHexTxt(block.data(), static_cast<unsigned int>(block.size()), text);
     XP7_RemoveHexTxt(text, 0);
-    std::u16string expected(block.size(), u'\0');
-    for (size_t i = 0; i < block.size(); ++i) expected[i] = static_cast<unsigned char>(block[i]);
-    FUZZ_CHECK(fuzz::UnitsOf(*text) == expected);
+    FUZZ_CHECK(fuzz::UnitsOf(*text) == fuzz::ByteChars(block));
     return 0;
   }
   const unsigned char asBinText = selector & 2;

@@ -10,31 +10,32 @@ namespace {
 bool IsHigh(char16_t u) { return (u & 0xFC00) == 0xD800; }
 bool IsLow(char16_t u) { return (u & 0xFC00) == 0xDC00; }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  fuzz::Input input(data, size);
-  fmx::TextAutoPtr source, result;
-  if (input.Byte() & 1) {
-    fuzz::SetUnits(source, input.Rest());
-    std::u16string units = fuzz::UnitsOf(*source);
-    for (size_t i = 0; i < units.size(); ++i) {
-      if (IsHigh(units[i]) && i + 1 < units.size() && IsLow(units[i + 1])) {
-        ++i;
-      } else if (IsHigh(units[i]) || IsLow(units[i])) {
-        units[i] = u'x';
-      }
+void RoundTrip(fuzz::Input& input) {
+  fmx::TextAutoPtr source, utf8, result;
+  fuzz::SetUnits(source, input.Rest());
+  std::u16string units = fuzz::UnitsOf(*source);
+  for (size_t i = 0; i < units.size(); ++i) {
+    if (IsHigh(units[i]) && i + 1 < units.size() && IsLow(units[i + 1])) {
+      ++i;
+    } else if (IsHigh(units[i]) || IsLow(units[i])) {
+      units[i] = u'x';
     }
-    source->AssignUnicodeWithLength(reinterpret_cast<const unsigned short*>(units.data()),
-                                    static_cast<uint32_t>(units.size()));
-    fmx::TextAutoPtr utf8;
-    XP7_TxtToUTF8Txt(source, utf8);
-    XP7_UTF8TxtToTxt(utf8, result);
-    FUZZ_CHECK(fuzz::UnitsOf(*result) == units);
-    return 0;
   }
+  fuzz::SetText(source, units);
+  XP7_TxtToUTF8Txt(source, utf8);
+  XP7_UTF8TxtToTxt(utf8, result);
+  FUZZ_CHECK(fuzz::UnitsOf(*result) == units);
+}
+
+void DecodeUntrusted(fuzz::Input& input) {
+  fmx::TextAutoPtr source, result;
   fuzz::SetUntrustedText(source, input);
   XP7_UTF8TxtToTxt(source, result);
   FUZZ_CHECK(result->GetSize() <= source->GetSize());
-  return 0;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  return fuzz::RoundTripOrUntrusted(data, size, RoundTrip, DecodeUntrusted);
 }

@@ -6,6 +6,7 @@
 
 #include <CoreServices/CoreServices.h>
 
+#include "text/ResultCodes.h"
 #include "text/HostValues.h"
 #include "text/TextCore.h"
 #include "text/ByteBlocks.h"

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "../helpers/HostText.h"
+#include "../helpers/HostFaults.h"
 #include "MemHost.h"
 #include "codecs/Container.h"
 
@@ -54,10 +55,7 @@ void FillParams(fmx::DataVectAutoPtr& params, const Streams& streams) {
   fmx::BinaryDataAutoPtr container;
   for (const Stream& s : streams) AddTo(container, s);
   DataHolder text, data;
-  fmx::TextAutoPtr words;
-  SetText(words, "not a container");
-  fmx::LocaleAutoPtr locale;
-  text->SetAsText(*words, *locale);
+  testing_host::SetText(*text, "not a container");
   data->SetBinaryData(*container);
   params->PushBack(*text);
   params->PushBack(*data);
@@ -106,13 +104,6 @@ ReadOutcome Read(Variant v, const std::string& text) {
   fmx::BinaryDataAutoPtr container;
   const int result = v == Variant::kHex ? XP7_HxtTxtToBinary(t, container) : XP7_Base64TxtToFMBinaryData(t, container);
   return {result, StreamsOf(container), TextOf(t)};
-}
-
-std::string Hex8(uint32_t v) {
-  static const char digits[] = "0123456789ABCDEF";
-  std::string s;
-  for (int shift = 28; shift >= 0; shift -= 4) s += digits[(v >> shift) & 15];
-  return s;
 }
 
 // Frames of one stream each, written out by hand from the format.
@@ -296,7 +287,7 @@ TEST(Container, WritersWriteMoreStreamsThanReadersTake) {
   for (Variant v : {Variant::kHex, Variant::kBase64}) {
     SCOPED_TRACE(Name(v));
     const std::string text = Write(v, many);
-    EXPECT_EQ(text.compare(kOpen.size(), 8, Hex8(101)), 0);
+    EXPECT_EQ(text.compare(kOpen.size(), 8, "00000065"), 0);  // 101
     const ReadOutcome out = Read(v, text);
     EXPECT_EQ(out.result, -50);
     EXPECT_TRUE(out.streams.empty());
@@ -327,26 +318,16 @@ TEST(Container, HostFailuresPassThroughAndLeakNothing) {
         fmx::TextAutoPtr text;
         SetText(text, written);
         fmx::BinaryDataAutoPtr container;
-        const int64_t live = memhost::LiveValues();
-        memhost::InjectFault(c.operation, c.code, skip);
-        bool threw = false;
-        try {
-          unsigned int index = 1;
+        unsigned int index = 1;
+        const auto run = testing_host::RunWithFault(c.operation, c.code, skip, [&] {
           if (c.reader) {
             v == Variant::kHex ? XP7_HxtTxtToBinary(text, container) : XP7_Base64TxtToFMBinaryData(text, container);
           } else {
             v == Variant::kHex ? XP7_GetBinaryAsHxtTxtFromVect(*params, text, &index)
                                : XP7_GetFMBinaryDataAsBase64TxtFromVect(*params, text, &index);
           }
-        } catch (const std::bad_alloc&) {
-          threw = c.code == 1;
-        } catch (const std::exception&) {
-          threw = c.code == 2;
-        }
-        const bool fired = memhost::PendingFaults() == 0;
-        memhost::ClearFaults();
-        EXPECT_EQ(threw, fired) << "a failed host call surfaces as its exception, and only then";
-        EXPECT_EQ(memhost::LiveValues(), live);
+        });
+        EXPECT_EQ(run.threw, run.fired) << "a failed host call surfaces as its exception, and only then";
       }
     }
   }

@@ -72,9 +72,6 @@ TEST(HexText, HexTxtToBlockUnescapesOnlyOnRequest) {
 
 TEST(HexText, RemoveHexTxtGivesCharactersOrBinText) {
   fmx::TextAutoPtr t;
-  Set(t, u"48690041");
-  XP7_RemoveHexTxt(t, 0);
-  EXPECT_EQ(Units(t), std::u16string(u"Hi\0A", 4));
   Set(t, u"303132333435363738005C4142");  // more than one batch of ten bytes
   XP7_RemoveHexTxt(t, 1);
   EXPECT_EQ(Units(t), u"012345678\\0\\\\AB");

@@ -69,44 +69,35 @@ TEST(EncodingSwitch, EverySwitchSelectsItsHostNumberInAnyCase) {
   }
 }
 
-TEST(EncodingSwitch, Iso8859_15IsNotTakenForItsPrefix) {
-  EXPECT_EQ(Read("-Encoding=ISO_8859_15"), fmx::Text::kEncoding_ISO_8859_15);
-  EXPECT_EQ(Read("-Encoding=ISO_8859_1"), fmx::Text::kEncoding_ISO_8859_1);
-  // Unknown to the host, but "-Encoding=ISO_8859_1" occurs in it.
-  EXPECT_EQ(Read("-Encoding=ISO_8859_10"), fmx::Text::kEncoding_ISO_8859_1);
+TEST(EncodingSwitch, FirstNameOfTheTableFoundAnywhereInTheStringWins) {
+  const std::pair<const char*, Encoding> cases[] = {
+      {"-Encoding=ISO_8859_15", fmx::Text::kEncoding_ISO_8859_15},  // not taken for its prefix
+      {"-Encoding=ISO_8859_1", fmx::Text::kEncoding_ISO_8859_1},
+      {"-Encoding=ISO_8859_10", fmx::Text::kEncoding_ISO_8859_1},  // unknown, but holds "-Encoding=ISO_8859_1"
+      // Table order beats position in the string.
+      {"-Encoding=Hebrew_Win -Encoding=Native", fmx::Text::kEncoding_Native},
+      {"-Encoding=ISO_8859_8 -Encoding=UTF8", fmx::Text::kEncoding_UTF8},
+      {"-Encoding=ISO_8859_1 -Encoding=ISO_8859_15", fmx::Text::kEncoding_ISO_8859_15},
+      // The match is anchored at neither end.
+      {"xx-Encoding=Greek_Macyy", fmx::Text::kEncoding_Greek_Mac},
+      {"-encoding=utf8xyz", fmx::Text::kEncoding_UTF8},
+      {"-ENCODING=utf-8", fmx::Text::kEncoding_UTF8},
+  };
+  for (const auto& [switches, expected] : cases) EXPECT_EQ(Read(switches), expected) << switches;
 }
 
-TEST(EncodingSwitch, TableOrderBeatsPositionInTheString) {
-  EXPECT_EQ(Read("-Encoding=Hebrew_Win -Encoding=Native"), fmx::Text::kEncoding_Native);
-  EXPECT_EQ(Read("-Encoding=ISO_8859_8 -Encoding=UTF8"), fmx::Text::kEncoding_UTF8);
-  EXPECT_EQ(Read("-Encoding=ISO_8859_1 -Encoding=ISO_8859_15"), fmx::Text::kEncoding_ISO_8859_15);
-}
-
-TEST(EncodingSwitch, MatchIsNotAnchoredAtEitherEnd) {
-  EXPECT_EQ(Read("xx-Encoding=Greek_Macyy"), fmx::Text::kEncoding_Greek_Mac);
-  EXPECT_EQ(Read("-encoding=utf8xyz"), fmx::Text::kEncoding_UTF8);
-  EXPECT_EQ(Read("-ENCODING=utf-8"), fmx::Text::kEncoding_UTF8);
-}
-
-TEST(EncodingSwitch, ShortOrEmptyStringsGiveTheDefault) {
-  EXPECT_EQ(Read(""), kDefault);
-  EXPECT_EQ(Read("-Encoding"), kDefault);   // 9 bytes, one short of the prefix
-  EXPECT_EQ(Read("-Encoding="), kDefault);  // the prefix alone
-  EXPECT_EQ(Read("-Encoding=UTF"), kDefault);
-  EXPECT_EQ(Read("-Encoding=UTF-"), kDefault);
-}
-
-TEST(EncodingSwitch, UnknownOrMissingSwitchGivesTheDefault) {
-  EXPECT_EQ(Read("-Encoding=UTF16"), kDefault);
-  EXPECT_EQ(Read("-Encoding=latin1"), kDefault);  // no alias by charset name
-  EXPECT_EQ(Read("-Encoding= UTF8"), kDefault);
-  EXPECT_EQ(Read("-Debug UTF8 ASCII_Mac"), kDefault);
-  EXPECT_EQ(Read("-Encoding:UTF8 -Encoding=Unknown"), kDefault);
-  // Only A-Z fold: a loose fold would take DEL for "_", CR for "-", or a byte with
-  // the high bit set for the ASCII letter below it.
-  EXPECT_EQ(Read("-Encoding=ASCII\x7FMac"), kDefault);
-  EXPECT_EQ(Read("\rEncoding=UTF8"), kDefault);
-  EXPECT_EQ(Read("-Encoding=\xD5TF8"), kDefault);
+TEST(EncodingSwitch, ShortUnknownOrMissingSwitchesGiveTheDefault) {
+  const char* const cases[] = {
+      "", "-Encoding",  // 9 bytes, one short of the prefix
+      "-Encoding=",     // the prefix alone
+      "-Encoding=UTF", "-Encoding=UTF-", "-Encoding=UTF16",
+      "-Encoding=latin1",  // no alias by charset name
+      "-Encoding= UTF8", "-Debug UTF8 ASCII_Mac", "-Encoding:UTF8 -Encoding=Unknown",
+      // Only A-Z fold: a loose fold would take DEL for "_", CR for "-", or a byte with
+      // the high bit set for the ASCII letter below it.
+      "-Encoding=ASCII\x7FMac", "\rEncoding=UTF8", "-Encoding=\xD5TF8",
+  };
+  for (const char* switches : cases) EXPECT_EQ(Read(switches), kDefault) << switches;
 }
 
 TEST(EncodingSwitch, ReturnsTheCallersDefaultUnchanged) {

@@ -5,6 +5,7 @@
 #include <unicode/ucnv.h>
 
 #include <memory>
+#include <string>
 
 namespace testing_icu {
 
@@ -22,6 +23,23 @@ inline Converter OpenStrict(const char* name) {
   ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
   ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
   return U_SUCCESS(error) ? std::move(converter) : nullptr;
+}
+
+/// ICU's reading of `bytes`, or U+FFFD when it has no character for them.
+inline std::u16string IcuDecode(UConverter* converter, const std::string& bytes) {
+  char16_t units[8];
+  UErrorCode error = U_ZERO_ERROR;
+  int32_t length = ucnv_toUChars(converter, units, 8, bytes.data(), static_cast<int32_t>(bytes.size()), &error);
+  return U_SUCCESS(error) ? std::u16string(units, length) : std::u16string(1, u'\uFFFD');
+}
+
+/// ICU's bytes for `text`, or "?" when it has none. ICU silently drops an unmappable
+/// default-ignorable character (soft hyphen, joiners); the host writes "?" for it as for any other.
+inline std::string IcuEncode(UConverter* converter, const std::u16string& text) {
+  char bytes[8];
+  UErrorCode error = U_ZERO_ERROR;
+  int32_t length = ucnv_fromUChars(converter, bytes, 8, text.data(), static_cast<int32_t>(text.size()), &error);
+  return U_SUCCESS(error) && length > 0 ? std::string(bytes, length) : std::string("?");
 }
 
 }  // namespace testing_icu

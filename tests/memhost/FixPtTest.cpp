@@ -2,6 +2,8 @@
 // the range the toolkit needs, truncation, and failures.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "MemHost.h"
 
 namespace {
@@ -41,38 +43,31 @@ TEST(HostFixPt, MultipliesLargeByLargeExactly) {
   EXPECT_TRUE(*product > *expected);
 }
 
-TEST(HostFixPt, MultipliesFractionsToSixteenDigits) {
-  fmx::FixPtAutoPtr a, b, product, expected;
-  a->AssignDouble(0.1);
-  b->AssignDouble(0.3);
-  a->Multiply(*b, *product);
-  expected->AssignDouble(0.03);
-  EXPECT_TRUE(Equal(*product, *expected));
-  a->AssignDouble(-1.5);
-  a->Multiply(*a, *product);
-  expected->AssignDouble(2.25);
-  EXPECT_TRUE(Equal(*product, *expected));
+// AssignDouble takes the shortest decimal, so 0.1 * 0.3 is 0.03 exactly, as is 12.7 + 0.3 13.
+TEST(HostFixPt, MultipliesAndAddsFractionsToSixteenDigits) {
+  const struct {
+    double a, b;
+    bool multiply;
+    double expected;
+  } cases[] = {{0.1, 0.3, true, 0.03}, {-1.5, -1.5, true, 2.25}, {12.7, 0.3, false, 13}};
+  for (const auto& c : cases) {
+    fmx::FixPtAutoPtr a, b, result, expected;
+    a->AssignDouble(c.a);
+    b->AssignDouble(c.b);
+    const fmx::FixPt& operand = c.a == c.b ? *a : *b;  // -1.5 is squared with itself as the operand
+    c.multiply ? a->Multiply(operand, *result) : a->Add(operand, *result);
+    expected->AssignDouble(c.expected);
+    EXPECT_TRUE(Equal(*result, *expected)) << c.a << (c.multiply ? " * " : " + ") << c.b;
+  }
 }
 
 TEST(HostFixPt, AsLongTruncatesTowardsZeroAndWrapsPastThirtyTwoBits) {
-  fmx::FixPtAutoPtr fx;
-  fx->AssignDouble(3.9);
-  EXPECT_EQ(fx->AsLong(), 3);
-  fx->AssignDouble(-3.9);
-  EXPECT_EQ(fx->AsLong(), -3);
-  fx->AssignDouble(12.7);
-  EXPECT_EQ(fx->AsLong(), 12);
-  fx->AssignDouble(3000000000.0);
-  EXPECT_EQ(fx->AsLong(), static_cast<int32_t>(3000000000u));
-}
-
-TEST(HostFixPt, AssignDoubleTakesTheShortestDecimal) {
-  fmx::FixPtAutoPtr fx, tenth, sum;
-  fx->AssignDouble(12.7);
-  tenth->AssignDouble(0.3);
-  fx->Add(*tenth, *sum);
-  fmx::FixPtAutoPtr thirteen(13);
-  EXPECT_TRUE(Equal(*sum, *thirteen));
+  const std::pair<double, long> cases[] = {{3.9, 3}, {-3.9, -3}, {12.7, 12}, {3000000000.0, int32_t(3000000000u)}};
+  for (const auto& [value, truncated] : cases) {
+    fmx::FixPtAutoPtr fx;
+    fx->AssignDouble(value);
+    EXPECT_EQ(fx->AsLong(), truncated) << value;
+  }
 }
 
 TEST(HostFixPt, ALowerPrecisionCutsTheFraction) {

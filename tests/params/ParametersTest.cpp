@@ -7,17 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "../helpers/HostFaults.h"
+#include "../helpers/HostText.h"
 #include "MemHost.h"
 #include "params/Parameters.h"
 
 namespace {
 
 void PushText(fmx::DataVectAutoPtr& list, const char* utf8) {
-  fmx::TextAutoPtr t;
-  t->Assign(utf8, fmx::Text::kEncoding_UTF8);
-  fmx::LocaleAutoPtr locale;
   DataHolder d;
-  d->SetAsText(*t, *locale);
+  testing_host::SetText(*d, utf8);
   list->PushBack(*d);
 }
 
@@ -105,23 +104,17 @@ TEST(Parameters, FailedHostCallsLeaveTheIndexAndNoValuesBehind) {
       [&](unsigned int* i) { XP7_GetNextBinaryFromVect(*list, bin, i); },
   };
   for (size_t r = 0; r < std::size(readers); ++r) {
-    int failures = 0;
-    for (uint32_t skip = 0;; ++skip) {
-      const int64_t live = memhost::LiveValues();
-      unsigned int i = 0;
-      memhost::InjectFault("*", 2, skip);
-      try {
-        readers[r](&i);
-      } catch (const std::exception&) {
-        ++failures;
-        EXPECT_EQ(i, 0u) << r;
+    SCOPED_TRACE(r);
+    unsigned int i = 0;
+    const auto read = [&] {
+      i = 0;
+      readers[r](&i);
+    };
+    EXPECT_GT(testing_host::SweepHostFaults(2, read, [&](bool threw) {
+      if (threw) {
+        EXPECT_EQ(i, 0u);
       }
-      const bool fired = memhost::PendingFaults() == 0;
-      memhost::ClearFaults();
-      EXPECT_EQ(memhost::LiveValues(), live) << r << " call " << skip;
-      if (!fired) break;
-    }
-    EXPECT_GT(failures, 1) << r;
+    }), 1);
   }
 }
 

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "platform/CFTestSupport.h"
+#include "../helpers/TempFolder.h"
 #include "platform/ScopedEnvironment.h"
 
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -59,13 +59,6 @@ std::string utf16WithMark(const std::string& ascii) {
 
 class CFBundleTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "cfbundle-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    root_ = pattern;
-  }
-  void TearDown() override { fs::remove_all(root_); }
-
   // A bundle whose executable is `executable`; `module` is copied there when given.
   fs::path makeBundle(const std::string& name, const std::string& executable, const std::string& module) {
     const fs::path bundle = root_ / name;
@@ -98,7 +91,8 @@ class CFBundleTest : public testing::Test {
     return utf8(own(CFURLCopyFileSystemPath(url, kCFURLPOSIXPathStyle)).get());
   }
 
-  fs::path root_;
+  testing_host::TempFolder temp_;
+  const fs::path& root_ = temp_.path();
 };
 
 TEST_F(CFBundleTest, LoadsTheExecutableFindsAFunctionAndUnloads) {
@@ -236,22 +230,19 @@ TEST_F(CFBundleTest, AMissingKeyGivesBackTheVeryObjectPassedIn) {
   const auto key = cfstring("MSG_99");
   const auto value = cfstring("fallback");
 
-  const auto withValue = own(CFBundleCopyLocalizedString(bundle.get(), key.get(), value.get(), CFSTR("Messages")));
+  const auto msg1 = cfstring("MSG_1");
+  const auto copy = [&](CFStringRef k, CFStringRef v, CFStringRef table) {
+    return own(CFBundleCopyLocalizedString(bundle.get(), k, v, table));
+  };
+  const auto withValue = copy(key.get(), value.get(), CFSTR("Messages"));
   EXPECT_EQ(withValue.get(), value.get());
   EXPECT_EQ(CFGetRetainCount(value.get()), 2);
-  const auto withoutValue = own(CFBundleCopyLocalizedString(bundle.get(), key.get(), nullptr, CFSTR("Messages")));
-  EXPECT_EQ(withoutValue.get(), key.get());
-  const auto emptyValue = own(CFBundleCopyLocalizedString(bundle.get(), key.get(), CFSTR(""), CFSTR("Messages")));
-  EXPECT_EQ(emptyValue.get(), key.get());
-  const auto noTable = own(CFBundleCopyLocalizedString(bundle.get(), key.get(), key.get(), CFSTR("NoSuchTable")));
-  EXPECT_EQ(noTable.get(), key.get());
-
+  EXPECT_EQ(copy(key.get(), nullptr, CFSTR("Messages")).get(), key.get());
+  EXPECT_EQ(copy(key.get(), CFSTR(""), CFSTR("Messages")).get(), key.get());
+  EXPECT_EQ(copy(key.get(), key.get(), CFSTR("NoSuchTable")).get(), key.get());
   // A table with a syntax error counts as empty; a found key gives a new object.
-  const auto msg1 = cfstring("MSG_1");
-  const auto broken = own(CFBundleCopyLocalizedString(bundle.get(), msg1.get(), msg1.get(), CFSTR("Broken")));
-  EXPECT_EQ(broken.get(), msg1.get());
-  const auto found = own(CFBundleCopyLocalizedString(bundle.get(), msg1.get(), msg1.get(), CFSTR("Messages")));
-  EXPECT_NE(found.get(), msg1.get());
+  EXPECT_EQ(copy(msg1.get(), msg1.get(), CFSTR("Broken")).get(), msg1.get());
+  EXPECT_NE(copy(msg1.get(), msg1.get(), CFSTR("Messages")).get(), msg1.get());
 }
 
 TEST(CFBundle, TheMainBundleIsTheProgramsFolder) {

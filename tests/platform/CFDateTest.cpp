@@ -5,6 +5,7 @@
 #include "platform/ScopedEnvironment.h"
 
 #include <ctime>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -23,6 +24,8 @@ CFAbsoluteTime utc(int year, int month, int day, int hour, int minute) {
   tm.tm_min = minute;
   return static_cast<CFAbsoluteTime>(timegm(&tm)) - kCFAbsoluteTimeIntervalSince1970;
 }
+
+auto fieldsOf(const CFGregorianDate& d) { return std::make_tuple(d.year, d.month, d.day, d.hour, d.minute, d.second); }
 
 TEST(CFDate, ReferenceDatesAndTheClock) {
   EXPECT_EQ(utc(2001, 1, 1, 0, 0), 0);
@@ -57,13 +60,7 @@ TEST(CFDate, GregorianDatesInBerlinAcrossDaylightSavingChanges) {
     const CFAbsoluteTime at = CFGregorianDateGetAbsoluteTime(c.local, berlin.get());
     EXPECT_EQ(at, c.expected);
     if (!c.roundTrips) continue;
-    const CFGregorianDate back = CFAbsoluteTimeGetGregorianDate(at, berlin.get());
-    EXPECT_EQ(back.year, c.local.year);
-    EXPECT_EQ(back.month, c.local.month);
-    EXPECT_EQ(back.day, c.local.day);
-    EXPECT_EQ(back.hour, c.local.hour);
-    EXPECT_EQ(back.minute, c.local.minute);
-    EXPECT_EQ(back.second, c.local.second);
+    EXPECT_EQ(fieldsOf(CFAbsoluteTimeGetGregorianDate(at, berlin.get())), fieldsOf(c.local));
   }
   EXPECT_EQ(CFTimeZoneGetSecondsFromGMT(berlin.get(), utc(2024, 7, 1, 0, 0)), 7200);
   EXPECT_TRUE(CFTimeZoneIsDaylightSavingTime(berlin.get(), utc(2024, 7, 1, 0, 0)));
@@ -71,13 +68,7 @@ TEST(CFDate, GregorianDatesInBerlinAcrossDaylightSavingChanges) {
 }
 
 TEST(CFDate, ANullZoneIsGMTAndDatesBeforeTheReferenceFloor) {
-  const CFGregorianDate date = CFAbsoluteTimeGetGregorianDate(-0.5, nullptr);
-  EXPECT_EQ(date.year, 2000);
-  EXPECT_EQ(date.month, 12);
-  EXPECT_EQ(date.day, 31);
-  EXPECT_EQ(date.hour, 23);
-  EXPECT_EQ(date.minute, 59);
-  EXPECT_EQ(date.second, 59.5);
+  EXPECT_EQ(fieldsOf(CFAbsoluteTimeGetGregorianDate(-0.5, nullptr)), fieldsOf({2000, 12, 31, 23, 59, 59.5}));
 }
 
 TEST(CFTimeZone, TheSystemZoneComesFromTZ) {

@@ -4,33 +4,20 @@
 
 #include <CoreServices/CoreServices.h>
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include <gtest/gtest.h>
 
-// A fresh folder under the system's temporary folder, removed with what it holds.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "xpfiles-XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
-    path_ = std::filesystem::canonical(path_);
-    EXPECT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(path_.c_str()), &ref_, nullptr), noErr);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-  ~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
+#include "../helpers/TempFolder.h"
 
-  const std::filesystem::path& path() const { return path_; }
+// A fresh temporary folder and its reference.
+class ScratchFolder : public testing_host::TempFolder {
+ public:
+  ScratchFolder() { EXPECT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(path().c_str()), &ref_, nullptr), noErr); }
+
   const FSRef& ref() const { return ref_; }
 
  private:
-  std::filesystem::path path_;
   FSRef ref_{};
 };
 

@@ -3,7 +3,6 @@
 
 #include <CoreServices/CoreServices.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <cstring>
 #include <filesystem>
@@ -11,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "../helpers/TempFolder.h"
 #include "services/DateTime.h"
 #include "text/CFRef.h"
 
@@ -48,11 +48,8 @@ bool SameDate(const UTCDateTime& a, const UTCDateTime& b) {
 class Files : public ::testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "xpfiles-XXXXXX").string();
-    dir_ = mkdtemp(pattern.data());
     ASSERT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(dir_.c_str()), &folder_, nullptr), noErr);
   }
-  void TearDown() override { fs::remove_all(dir_); }
 
   FSRef MakeFile(const std::string& name, const std::string& bytes = "") {
     std::ofstream(dir_ / name, std::ios::binary) << bytes;
@@ -65,7 +62,8 @@ class Files : public ::testing::Test {
     return VNFileORefRecTag{lateName != nullptr, ref, folder_, name};
   }
 
-  fs::path dir_;
+  testing_host::TempFolder temp_;
+  const fs::path& dir_ = temp_.path();
   FSRef folder_;
 };
 

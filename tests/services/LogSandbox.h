@@ -5,7 +5,6 @@
 
 #include <fcntl.h>
 #include <spawn.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 
 #include <filesystem>
@@ -13,6 +12,8 @@
 #include <iterator>
 #include <string>
 #include <vector>
+
+#include "../helpers/TempFolder.h"
 
 extern char** environ;
 
@@ -22,21 +23,12 @@ namespace fs = std::filesystem;
 
 class Sandbox {
  public:
-  explicit Sandbox(const fs::path& writer) {
-    std::string pattern = (fs::temp_directory_path() / "xplog-XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
-    program_ = root_ / "d1/d2/d3/d4/d5/d6" / writer.filename();
+  explicit Sandbox(const fs::path& writer) : program_(root() / "d1/d2/d3/d4/d5/d6" / writer.filename()) {
     fs::create_directories(program_.parent_path());
     fs::copy_file(writer, program_);
   }
-  Sandbox(const Sandbox&) = delete;
-  Sandbox& operator=(const Sandbox&) = delete;
-  ~Sandbox() {
-    std::error_code ignored;
-    fs::remove_all(root_, ignored);
-  }
 
-  const fs::path& root() const { return root_; }
+  const fs::path& root() const { return root_.path(); }
   /// The folder `up` folders above the one that holds the writer.
   fs::path Above(int up) const {
     fs::path folder = program_.parent_path();
@@ -62,7 +54,7 @@ class Sandbox {
   }
   /// Runs the writer to its end and returns what it wrote to standard error.
   std::string Run(const std::vector<std::string>& args) const {
-    fs::path errFile = root_ / "stderr.txt";
+    fs::path errFile = root() / "stderr.txt";
     return Wait(Start(args, errFile)) == 0 ? ReadFile(errFile) : "writer failed";
   }
   /// The exit status of the process, -1 when it did not exit normally.
@@ -77,7 +69,7 @@ class Sandbox {
   }
 
  private:
-  fs::path root_;
+  testing_host::TempFolder root_;
   fs::path program_;
 };
 

@@ -10,6 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "../helpers/HostText.h"
+#include "../helpers/TempFolder.h"
+#include "platform/ScopedEnvironment.h"
 #include "services/LogSandbox.h"
 
 namespace {
@@ -18,11 +21,7 @@ namespace fs = std::filesystem;
 
 const char* const kServerLog = "Varn Plugin FMServer.log";
 
-std::string Utf8(const fmx::Text& text) {
-  std::vector<char> bytes(4 * text.GetSize() + 1);
-  text.GetBytes(bytes.data(), static_cast<uint32_t>(bytes.size() - 1), 0, 0xFFFFFFFF, fmx::Text::kEncoding_UTF8);
-  return bytes.data();
-}
+using testing_host::Utf8;
 
 // The lines of a log file without their times; "?" for a line without one.
 std::vector<std::string> LogLines(const fs::path& file) {
@@ -84,24 +83,19 @@ namespace {
 class DesktopDebugFile : public ::testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "xphome-XXXXXX").string();
-    home_ = mkdtemp(pattern.data());
-    const char* home = getenv("HOME");
-    oldHome_ = home != nullptr ? home : "";
-    setenv("HOME", home_.c_str(), 1);
+    environment_.set("HOME", home_.c_str());
     fs::create_directory(home_ / "Desktop");
   }
   void TearDown() override {
     XP7_DebugToFile_SET(false);
     delete gDefaultDebugFSRefPtr;
     gDefaultDebugFSRefPtr = nullptr;
-    setenv("HOME", oldHome_.c_str(), 1);
-    fs::remove_all(home_);
   }
   std::string DebugFileBytes() const { return logtest::Sandbox::ReadFile(home_ / "Desktop" / "VARN DEBUG LOG.txt"); }
 
-  fs::path home_;
-  std::string oldHome_;
+  testing_host::TempFolder temp_;
+  const fs::path& home_ = temp_.path();
+  ScopedEnvironment environment_;
 };
 
 }  // namespace

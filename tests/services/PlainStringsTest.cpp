@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "../helpers/HostText.h"
+
 namespace {
 
 // A Pascal string of the given bytes, in a buffer of the full 256.
@@ -19,8 +21,12 @@ std::vector<unsigned char> pascal(const std::string& bytes) {
   return p;
 }
 
-std::string pascalBytes(const unsigned char* p) {
-  return std::string(reinterpret_cast<const char*>(p + 1), p[0]);
+std::string pascalBytes(const unsigned char* p) { return std::string(reinterpret_cast<const char*>(p + 1), p[0]); }
+
+// The C string an in-place edit leaves of `s`.
+std::string edited(void (*edit)(char*), std::string s) {
+  edit(s.data());
+  return s.c_str();
 }
 
 const unsigned short* units(const char16_t* s) {
@@ -114,21 +120,15 @@ TEST(PlainStrings, IsSameNameCutsTheCallersPath) {
 }
 
 TEST(PlainStrings, RemoveExtensionNeverLooksAtTheFirstByte) {
-  char dotFirst[] = ".cfg";
-  XP_RemoveExtension(dotFirst);
-  EXPECT_STREQ(dotFirst, ".cfg");
-  char twoDots[] = "a.b.c";
-  XP_RemoveExtension(twoDots);
-  EXPECT_STREQ(twoDots, "a.b");
-  char none[] = "plain";
-  XP_RemoveExtension(none);
-  EXPECT_STREQ(none, "plain");
+  EXPECT_EQ(edited(XP_RemoveExtension, ".cfg"), ".cfg");
+  EXPECT_EQ(edited(XP_RemoveExtension, "a.b.c"), "a.b");
+  EXPECT_EQ(edited(XP_RemoveExtension, "plain"), "plain");
 }
 
 TEST(PlainStrings, ExtensionOfUnicodePathFollowsTheLastDot) {
   unsigned short ext[8] = {'o', 'l', 'd', 0};
   XP_GetExtensionFromFullPathUNI(units(u"dir.d/a.tar.gz"), ext);
-  EXPECT_EQ(std::u16string(reinterpret_cast<char16_t*>(ext)), u"gz");
+  EXPECT_EQ(testing_host::UniStr(ext), u"gz");
   XP_GetExtensionFromFullPathUNI(units(u"README"), ext);
   EXPECT_EQ(ext[0], 0);
   XP_GetExtensionFromFullPathUNI(units(u"name."), ext);
@@ -203,61 +203,34 @@ TEST(PlainStrings, BlockMoveDataHandlesOverlap) {
 }
 
 TEST(PlainStrings, CRLFToCRJoinsPairsOnly) {
-  char buf[] = "\r\n\r";
-  long length = 3;
-  EXPECT_EQ(XP_CRLFToCR(buf, &length), 2);
-  EXPECT_EQ(length, 2);
-  EXPECT_EQ(std::string(buf, 2), "\r\r");
-
-  char lone[] = "\n\ra\r\n\n";
-  length = 6;
-  XP_CRLFToCR(lone, &length);
-  EXPECT_EQ(std::string(lone, static_cast<std::size_t>(length)), "\n\ra\r\n");
-
-  length = -4;
-  EXPECT_EQ(XP_CRLFToCR(buf, &length), 0);
-  EXPECT_EQ(length, 0);
+  const auto joined = [](std::string s, long length, long result) {
+    EXPECT_EQ(XP_CRLFToCR(s.data(), &length), result);
+    return s.substr(0, static_cast<std::size_t>(length));
+  };
+  EXPECT_EQ(joined("\r\n\r", 3, 2), "\r\r");
+  EXPECT_EQ(joined("\n\ra\r\n\n", 6, 5), "\n\ra\r\n");
+  EXPECT_EQ(joined("\r\n\r", -4, 0), "");
 }
 
 TEST(PlainStrings, CRToCRLFStopsAtDestinationSize) {
-  char dst[8] = {};
-  long length = 2;
-  XP_CRToCRLF("A\r", dst, &length, 3);
-  EXPECT_EQ(std::string(dst, static_cast<std::size_t>(length)), "A\r\n");
-
-  length = 2;
-  XP_CRToCRLF("A\r", dst, &length, 2);
-  EXPECT_EQ(std::string(dst, static_cast<std::size_t>(length)), "A\r");
-
-  length = 6;
-  XP_CRToCRLF("abcdef", dst, &length, 3);
-  EXPECT_EQ(std::string(dst, static_cast<std::size_t>(length)), "abc");
-
-  length = 2;
-  XP_CRToCRLF("\r\n", dst, &length, 8);
-  EXPECT_EQ(std::string(dst, static_cast<std::size_t>(length)), "\r\n\n");
-
-  length = 2;
-  XP_CRToCRLF("ab", dst, &length, 0);
-  EXPECT_EQ(length, 0);
+  const auto widened = [](const std::string& source, long size) {
+    char dst[8] = {};
+    long length = static_cast<long>(source.size());
+    XP_CRToCRLF(source.data(), dst, &length, size);
+    return std::string(dst, static_cast<std::size_t>(length));
+  };
+  EXPECT_EQ(widened("A\r", 3), "A\r\n");
+  EXPECT_EQ(widened("A\r", 2), "A\r");
+  EXPECT_EQ(widened("abcdef", 3), "abc");
+  EXPECT_EQ(widened("\r\n", 8), "\r\n\n");
+  EXPECT_EQ(widened("ab", 0), "");
 }
 
 TEST(PlainStrings, TrimmingRemovesOnlyItsOwnWhiteSpace) {
-  char left[] = "  \tkeep ";
-  XP_TrimLeftSpaces(left);
-  EXPECT_STREQ(left, "\tkeep ");
-
-  char both[] = " \t\r\n\v\fin side \n";
-  XP_TrimWhiteSpaces(both);
-  EXPECT_STREQ(both, "in side");
-
-  char blank[] = " \t ";
-  XP_TrimWhiteSpaces(blank);
-  EXPECT_STREQ(blank, "");
-
-  char path[] = "a/b/c";
-  XP_ReplaceChars(path, '/', '\\');
-  EXPECT_STREQ(path, "a\\b\\c");
+  EXPECT_EQ(edited(XP_TrimLeftSpaces, "  \tkeep "), "\tkeep ");
+  EXPECT_EQ(edited(XP_TrimWhiteSpaces, " \t\r\n\v\fin side \n"), "in side");
+  EXPECT_EQ(edited(XP_TrimWhiteSpaces, " \t "), "");
+  EXPECT_EQ(edited([](char* s) { XP_ReplaceChars(s, '/', '\\'); }, "a/b/c"), "a\\b\\c");
 }
 
 TEST(PlainStrings, NumbersRoundTripThroughText) {

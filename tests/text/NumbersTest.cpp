@@ -6,23 +6,17 @@
 #include <cstring>
 #include <string>
 
+#include "../helpers/HostText.h"
 #include "MemHost.h"
 #include "text/Numbers.h"
 
 namespace {
 
-std::string Ascii(const fmx::Text& t) {
-  std::string s(t.GetSize() + 1, '\0');
-  t.GetBytes(s.data(), t.GetSize(), 0, 0xFFFFFFFF, fmx::Text::kEncoding_ASCII_Mac);
-  return s.c_str();
-}
+using testing_host::Utf8;
 
 void SetFromDecimal(fmx::FixPtAutoPtr& fx, const std::string& decimal) {
-  fmx::TextAutoPtr text;
-  text->Assign(decimal.c_str(), fmx::Text::kEncoding_ASCII_Mac);
-  fmx::LocaleAutoPtr locale;
   DataHolder data;
-  data->SetAsText(*text, *locale);
+  testing_host::SetText(*data, decimal);
   fmx::DataVectAutoPtr list;
   list->PushBack(*data);
   fx->AssignFixPt(list->AtAsNumber(0));
@@ -37,17 +31,17 @@ bool Equals(const fmx::FixPtAutoPtr& fx, const std::string& decimal) {
 TEST(Numbers, WritersReplaceOrAppendAndSignedAppendWritesUnsigned) {
   fmx::TextAutoPtr t;
   XP7_ulongToTxt(4294967295u, t);
-  EXPECT_EQ(Ascii(*t), "4294967295");
+  EXPECT_EQ(Utf8(*t), "4294967295");
   XP7_longToTxt(LONG_MIN, t);
-  EXPECT_EQ(Ascii(*t), std::to_string(LONG_MIN));
+  EXPECT_EQ(Utf8(*t), std::to_string(LONG_MIN));
   XP7_boolToTxt(true, t);
   EXPECT_EQ(XP7_AppendUInt32ToTxt(4294967295u, t), 0);
   EXPECT_EQ(XP7_AppendSInt32ToTxt(-1, t), 0);
   EXPECT_EQ(XP7_AppendSInt32ToTxt(INT_MIN, t), 0);
   EXPECT_EQ(XP7_AppendUInt64ToTxt(ULLONG_MAX, *t), 0);
-  EXPECT_EQ(Ascii(*t), "1" "4294967295" "4294967295" "2147483648" "18446744073709551615");
+  EXPECT_EQ(Utf8(*t), "1" "4294967295" "4294967295" "2147483648" "18446744073709551615");
   XP7_boolToTxt(false, t);
-  EXPECT_EQ(Ascii(*t), "0");
+  EXPECT_EQ(Utf8(*t), "0");
 }
 
 TEST(Numbers, ReadersTakeTheLeadingNumberOfTheFirst1999Bytes) {

@@ -8,6 +8,8 @@
 #include <fstream>
 #include <string>
 
+#include "../helpers/HostText.h"
+#include "../helpers/TempFolder.h"
 #include "text/CFRef.h"
 
 namespace {
@@ -27,41 +29,33 @@ const char kTable[] =
 class LocalizedMessage : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    std::string pattern = (fs::temp_directory_path() / "xp-strings-XXXXXX").string();
-    root_ = new fs::path(mkdtemp(&pattern[0]));
-    fs::path contents = *root_ / "Test.bundle" / "Contents";
+    root_ = new testing_host::TempFolder;
+    fs::path contents = root_->path() / "Test.bundle" / "Contents";
     fs::create_directories(contents / "Resources" / "en.lproj");
     std::ofstream(contents / "Info.plist")
         << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>\n"
            "<key>CFBundleDevelopmentRegion</key><string>en</string>\n"
            "<key>CFBundleIdentifier</key><string>test.strings</string>\n</dict></plist>\n";
     std::ofstream(contents / "Resources" / "en.lproj" / "Msgs.strings") << kTable;
-    std::string folder = (*root_ / "Test.bundle").string();
+    std::string folder = (root_->path() / "Test.bundle").string();
     CFRef<CFURLRef> url(CFURLCreateFromFileSystemRepresentation(
         kCFAllocatorDefault, reinterpret_cast<const UInt8*>(folder.c_str()), CFIndex(folder.size()), true));
     bundle_ = CFBundleCreate(kCFAllocatorDefault, url.get());
   }
   static void TearDownTestSuite() {
     CFRelease(bundle_);
-    fs::remove_all(*root_);
     delete root_;
   }
   static unsigned long handle() { return reinterpret_cast<unsigned long>(bundle_); }
 
-  static fs::path* root_;
+  static testing_host::TempFolder* root_;
   static CFBundleRef bundle_;
 };
 
-fs::path* LocalizedMessage::root_ = nullptr;
+testing_host::TempFolder* LocalizedMessage::root_ = nullptr;
 CFBundleRef LocalizedMessage::bundle_ = nullptr;
 
-std::u16string Units(const unsigned short* s) { return std::u16string(reinterpret_cast<const char16_t*>(s)); }
-
-std::u16string TextUnits(fmx::TextAutoPtr& text) {
-  std::u16string units(text->GetSize(), u'\0');
-  text->GetUnicode(reinterpret_cast<unsigned short*>(&units[0]), 0, text->GetSize());
-  return units;
-}
+using testing_host::UniStr;
 
 }  // namespace
 
@@ -75,7 +69,7 @@ TEST_F(LocalizedMessage, ReturnedOnlyWhenShorterThanTheBufferLessOne) {
     SCOPED_TRACE(::testing::Message() << "id " << c.id << " size " << c.outSize);
     unsigned short out[64] = {'u', 'n', 't', 'o', 'u', 'c', 'h', 'e', 'd', 0};
     EXPECT_EQ(VnSub_OSXLoadString(bundle_, "Msgs", "%d", c.id, out, c.outSize), c.length);
-    EXPECT_EQ(Units(out), c.length == 0 ? u"untouched" : c.id == 2 ? u"abcd" : u"3");
+    EXPECT_EQ(UniStr(out), c.length == 0 ? u"untouched" : c.id == 2 ? u"abcd" : u"3");
   }
   EXPECT_EQ(VnSub_OSXLoadString(bundle_, "Msgs", "%d", 2, nullptr, 64), 0);
 }
@@ -84,8 +78,8 @@ TEST_F(LocalizedMessage, ID131IsReadAsID1) {
   unsigned short direct[64], aliased[64];
   EXPECT_EQ(VnSub_OSXLoadString(bundle_, "Msgs", "%d", 131, direct, 64), 10);
   EXPECT_EQ(XP7_Do_GetStringUni(handle(), "Msgs", "%d", 131, 0, 64, aliased), 18);
-  EXPECT_EQ(Units(direct), u"Never read");
-  EXPECT_EQ(Units(aliased), u"Disk full (code 3)");
+  EXPECT_EQ(UniStr(direct), u"Never read");
+  EXPECT_EQ(UniStr(aliased), u"Disk full (code 3)");
 }
 
 TEST_F(LocalizedMessage, GetStringCutsAtTheFirstParenthesis) {
@@ -101,7 +95,7 @@ TEST_F(LocalizedMessage, GetStringCutsAtTheFirstParenthesis) {
     fmx::TextAutoPtr out;
     out->Assign("old");
     EXPECT_EQ(XP7_Do_GetString(handle(), "Msgs", c.format, c.id, out, c.cut), 0);
-    EXPECT_EQ(TextUnits(out), c.text);
+    EXPECT_EQ(testing_host::Units(out), c.text);
   }
 }
 
@@ -120,9 +114,9 @@ TEST(CFStringBridge, HostTextAndUTF16KeepEveryUnit) {
   CFRef<CFStringRef> zeroEnded(made);
   unsigned short out[4] = {'x', 'x', 'x', 'x'};
   XP7_CFStringRefToUniStr(zeroEnded.get(), out, 2);
-  EXPECT_EQ(Units(out), u"\U0001F600");
+  EXPECT_EQ(UniStr(out), u"\U0001F600");
   XP7_CFStringRefToUniStr(string.get(), out, 1);
-  EXPECT_EQ(Units(out), u"A");
+  EXPECT_EQ(UniStr(out), u"A");
 }
 
 TEST(CFStringBridge, CStringsGoInInTheirEncodingAndComeOutInUTF8) {

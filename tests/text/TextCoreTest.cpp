@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "MemHost.h"
 #include "encoding/LegacyTables.h"
@@ -13,8 +14,9 @@
 
 namespace {
 
-using testing_host::Units;
 using testing_host::Set;
+using testing_host::UniStr;
+using testing_host::Units;
 
 std::u16string AfterAppendingCodePoint(unsigned int cp) {
   fmx::TextAutoPtr t;
@@ -103,47 +105,36 @@ TEST(TextCore, CopyDefaultStyleLeavesAnEmptyTextWithTheFirstCharactersStyle) {
   EXPECT_EQ(Units(untouched), u"stays");
 }
 
-TEST(TextCore, TxtToCStrByteValuesSkipsWideUnitsWithoutTakingRoom) {
+// ByteValues skips wide units without taking room; `improved` uses the toolkit's Mac
+// Roman table (U+2126 OHM SIGN is taken as omega, U+4E00 has no byte); else the host's.
+TEST(TextCore, TxtToCStrTakesEachPathWithinTheBuffer) {
+  const struct {
+    std::u16string text;
+    unsigned int start, length, size;
+    bool improved;
+    fmx::Text::Encoding enc;
+    std::string expected;
+  } cases[] = {
+      {u"a\u20ACb\u00FFc", 0, 3, 10, false, ByteValues, "ab"},
+      {u"a\u20ACb\u00FFc", 0, 0xFFFFFFFF, 4, false, ByteValues, "ab\xFF"},
+      {u"a\u20ACb\u00FFc", 4, 0xFFFFFFF0, 10, false, ByteValues, "c"},
+      {u"\u00E9\u2126\u4E00\U0001F600z", 0, 0xFFFFFFFF, 16, true, fmx::Text::kEncoding_ASCII_Mac, "\x8E\xBD**z"},
+      {u"\u00E9\u2126\u4E00\U0001F600z", 0, 0xFFFFFFFF, 3, true, fmx::Text::kEncoding_ASCII_Mac, "\x8E\xBD"},
+      {u"caf\u00E9", 0, 0xFFFFFFFF, 16, false, fmx::Text::kEncoding_UTF8, "caf\xC3\xA9"},
+      {u"caf\u00E9", 1, 2, 16, true, fmx::Text::kEncoding_ISO_8859_1, "af"},
+  };
   fmx::TextAutoPtr t;
-  Set(t, u"a\u20ACb\u00FFc");
-  char buf[10];
-  XP7_TxtToCStr(t, 0, 3, sizeof buf, false, buf, ByteValues);
-  EXPECT_STREQ(buf, "ab");
-  XP7_TxtToCStr(t, 0, 0xFFFFFFFF, 4, false, buf, ByteValues);
-  EXPECT_STREQ(buf, "ab\xFF");
-  XP7_TxtToCStr(t, 4, 0xFFFFFFF0, sizeof buf, false, buf, ByteValues);
-  EXPECT_STREQ(buf, "c");
-}
-
-TEST(TextCore, TxtToCStrWithBufferSizeZeroWritesNothing) {
-  fmx::TextAutoPtr t;
-  Set(t, u"abc");
-  char buf[4] = {'x', 'x', 'x', 'x'};
-  for (fmx::Text::Encoding enc : {ByteValues, fmx::Text::kEncoding_ASCII_Mac, fmx::Text::kEncoding_UTF8}) {
-    XP7_TxtToCStr(t, 0, 0xFFFFFFFF, 0, true, buf, enc);
-    EXPECT_EQ(buf[0], 'x');
+  for (const auto& c : cases) {
+    Set(t, c.text);
+    char buf[16];
+    XP7_TxtToCStr(t, c.start, c.length, c.size, c.improved, buf, c.enc);
+    EXPECT_STREQ(buf, c.expected.c_str()) << c.expected;
   }
-}
-
-TEST(TextCore, TxtToCStrImprovedUsesTheToolkitsMacRomanTable) {
-  fmx::TextAutoPtr t;
-  // U+2126 OHM SIGN is taken as omega; U+4E00 has no Mac Roman byte.
-  Set(t, u"\u00E9\u2126\u4E00\U0001F600z");
-  char buf[16];
-  XP7_TxtToCStr(t, 0, 0xFFFFFFFF, sizeof buf, true, buf, fmx::Text::kEncoding_ASCII_Mac);
-  EXPECT_STREQ(buf, "\x8E\xBD**z");
-  XP7_TxtToCStr(t, 0, 0xFFFFFFFF, 3, true, buf, fmx::Text::kEncoding_ASCII_Mac);
-  EXPECT_STREQ(buf, "\x8E\xBD");
-}
-
-TEST(TextCore, TxtToCStrOtherwiseAsksTheHost) {
-  fmx::TextAutoPtr t;
-  Set(t, u"caf\u00E9");
-  char buf[16];
-  XP7_TxtToCStr(t, 0, 0xFFFFFFFF, sizeof buf, false, buf, fmx::Text::kEncoding_UTF8);
-  EXPECT_STREQ(buf, "caf\xC3\xA9");
-  XP7_TxtToCStr(t, 1, 2, sizeof buf, true, buf, fmx::Text::kEncoding_ISO_8859_1);
-  EXPECT_STREQ(buf, "af");
+  char untouched[4] = {'x', 'x', 'x', 'x'};  // size 0 writes nothing
+  for (fmx::Text::Encoding enc : {ByteValues, fmx::Text::kEncoding_ASCII_Mac, fmx::Text::kEncoding_UTF8}) {
+    XP7_TxtToCStr(t, 0, 0xFFFFFFFF, 0, true, untouched, enc);
+    EXPECT_EQ(untouched[0], 'x');
+  }
 }
 
 TEST(TextCore, GetBytesImprovedRefusesOtherEncodings) {
@@ -218,28 +209,25 @@ TEST(TextCore, HasOnlyLowerASCII) {
 
 TEST(TextCore, TxtCharToAsciiReadsEscapesAndMapsToMacRoman) {
   fmx::TextAutoPtr t;
+  // The byte at `pos` with escapes on, and where `pos` is left.
+  const auto escaped = [&t](unsigned int size, unsigned int pos) {
+    const char c = XP7_TxtCharToAscii(t, 1, size, &pos, 0);
+    return std::make_pair(c, pos);
+  };
   Set(t, u"\\0");
-  unsigned int pos = 0;
-  EXPECT_EQ(XP7_TxtCharToAscii(t, 1, 2, &pos, 0), '\0');
-  EXPECT_EQ(pos, 1u);
-
+  EXPECT_EQ(escaped(2, 0), std::make_pair('\0', 1u));
   Set(t, u"\\\\x\\q\\");
-  pos = 0;
-  EXPECT_EQ(XP7_TxtCharToAscii(t, 1, 6, &pos, 0), '\\');
-  EXPECT_EQ(pos, 1u);
-  pos = 3;  // backslash before q: not an escape, q is read next
-  EXPECT_EQ(XP7_TxtCharToAscii(t, 1, 6, &pos, 0), '\\');
-  EXPECT_EQ(pos, 3u);
-  pos = 5;
-  EXPECT_EQ(XP7_TxtCharToAscii(t, 1, 6, &pos, 0), '\\');
+  EXPECT_EQ(escaped(6, 0), std::make_pair('\\', 1u));
+  EXPECT_EQ(escaped(6, 3), std::make_pair('\\', 3u));  // backslash before q: not an escape, q is read next
+  EXPECT_EQ(escaped(6, 5).first, '\\');
 
   Set(t, u"\u2126\u00E9");
-  pos = 0;
-  EXPECT_EQ(static_cast<unsigned char>(XP7_TxtCharToAscii(t, 0, 2, &pos, 20)), 0xBD);
-  pos = 0;
-  EXPECT_EQ(static_cast<unsigned char>(XP7_TxtCharToAscii(t, 0, 2, &pos, 4)), 0xFF);
-  pos = 1;
-  EXPECT_EQ(static_cast<unsigned char>(XP7_TxtCharToAscii(t, 0, 2, &pos, 4)), 0x8E);
+  const struct {
+    unsigned int pos;
+    short mode;
+    unsigned char byte;
+  } mapped[] = {{0, 20, 0xBD}, {0, 4, 0xFF}, {1, 4, 0x8E}};
+  for (auto c : mapped) EXPECT_EQ(static_cast<unsigned char>(XP7_TxtCharToAscii(t, 0, 2, &c.pos, c.mode)), c.byte);
 }
 
 TEST(TextCore, RemoveCharsAtEndDoesNotClamp) {
@@ -287,7 +275,7 @@ TEST(TextCore, TxtToUniStrCutsToTheBuffer) {
   Set(t, u"abcdef");
   unsigned short buf[4];
   EXPECT_EQ(XP7_TxtToUniStr(t, buf, 4), 3u);
-  EXPECT_EQ(std::u16string(reinterpret_cast<char16_t*>(buf)), u"abc");
+  EXPECT_EQ(UniStr(buf), u"abc");
   unsigned short big[10];
   EXPECT_EQ(XP7_TxtToUniStr(t, big, 10), 6u);
   EXPECT_EQ(XP7_StrlenUni(big), 6u);
@@ -301,10 +289,10 @@ TEST(UniStrSimple, HighCharactersBecomeStarsExceptInConcatSimple) {
 
   unsigned short out[8];
   EXPECT_EQ(XP7_CStrToUniStrSimple("x\xE9y", out, 8), 3u);
-  EXPECT_EQ(std::u16string(reinterpret_cast<char16_t*>(out)), u"x*y");
+  EXPECT_EQ(UniStr(out), u"x*y");
 
   XP7_AppendCStrToUniStrSimple("\x80zz", out, 5);
-  EXPECT_EQ(std::u16string(reinterpret_cast<char16_t*>(out)), u"x*y*z");
+  EXPECT_EQ(UniStr(out), u"x*y*z");
 
   unsigned short concat[8] = {'q', 0};
   EXPECT_EQ(XP7_CStrToUniStrConcatSimple("\x80\xE9", concat, 8), 3u);
@@ -318,13 +306,13 @@ TEST(UniStrSimple, CopyReturnsMaxAndConcatStopsAtMax) {
   const unsigned short src[] = {'a', 'b', 'c', 0};
   unsigned short dst[8] = {};
   EXPECT_EQ(XP7_UniStrToUniStrCopy(src, dst, 2), 2u);
-  EXPECT_EQ(std::u16string(reinterpret_cast<char16_t*>(dst)), u"ab");
+  EXPECT_EQ(UniStr(dst), u"ab");
   EXPECT_EQ(XP7_UniStrToUniStrCopy(src, dst, 7), 7u);
   EXPECT_EQ(XP7_UniStrToUniStrConcat(src, dst, 5), 5u);
-  EXPECT_EQ(std::u16string(reinterpret_cast<char16_t*>(dst)), u"abcab");
+  EXPECT_EQ(UniStr(dst), u"abcab");
   unsigned short s[] = {'a', 'x', 'a', 0};
   XP7_ReplaceCharsUni(s, 'a', 'o');
-  EXPECT_EQ(std::u16string(reinterpret_cast<char16_t*>(s)), u"oxo");
+  EXPECT_EQ(UniStr(s), u"oxo");
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "codecs/HexPair.h"
 #include "codecs/HexText.h"
 #include "encoding/LegacyTables.h"
+#include "text/ResultCodes.h"
 #include "text/TextCore.h"
 
 const char XP7_Base64Alphabet[65] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -25,8 +26,6 @@ const char XP7_Base64DecodeTable[80] = {
 
 namespace {
 
-constexpr int kParamErr = -50;
-constexpr int kOutOfSpace = -416;
 constexpr unsigned int kMaxTextOutput = 0x7FFFFFFA;
 constexpr unsigned int kNoMapping = 0xFFFFFFFF;
 
@@ -161,7 +160,7 @@ int XP7_Base64_EncodeBlock(unsigned char* in, unsigned long inLength, unsigned c
       // The groups that fit are written, as a group-by-group encoder would.
       const unsigned long fitting = pos + 5 > outSize ? 0 : std::min(groups, (outSize - pos - 5) / 4 + 1);
       EncodeGroups(src, end, fitting, dst);
-      return kOutOfSpace;
+      return kXP_OutOfSpace;
     }
     dst = EncodeGroups(src, end, groups, dst);
     if (breaks) {
@@ -177,7 +176,7 @@ int XP7_Base64_EncodeBlock(unsigned char* in, unsigned long inLength, unsigned c
 
 int XP7_TxtToBase64Txt(fmx::TextAutoPtr& text, short inputMode, fmx::Text::Encoding encoding, unsigned int lineLength,
                        fmx::TextAutoPtr& out, bool breakAfterLastLine) {
-  if (encoding != fmx::Text::kEncoding_ASCII_Mac) return kParamErr;
+  if (encoding != fmx::Text::kEncoding_ASCII_Mac) return kXP_ParamErr;
   const unsigned int n = text->GetSize();
   if (n == 0) return 0;
   // Unsigned on purpose: below 4 characters a line never breaks inside the text.
@@ -210,7 +209,7 @@ int XP7_TxtToBase64Txt(fmx::TextAutoPtr& text, short inputMode, fmx::Text::Encod
       ++p;
     }
     if (read > 0) {
-      if (written > kMaxTextOutput) return kOutOfSpace;
+      if (written > kMaxTextOutput) return kXP_OutOfSpace;
       char group[4];
       EncodeGroup(bytes, read, group);
       for (char ch : group) XP7_AppendCharToTxt(ch, out, fmx::Text::kEncoding_ASCII_Mac);
@@ -269,7 +268,7 @@ int XP7_FMBinaryDataToBase64Txt(fmx::BinaryData& data, int streamIndex, unsigned
 
 int XP7_Base64TxtToTxt(fmx::TextAutoPtr& text, unsigned char plain, fmx::Text::Encoding encoding,
                        unsigned short outputMode, fmx::TextAutoPtr& out) {
-  if (encoding != fmx::Text::kEncoding_ASCII_Mac) return kParamErr;
+  if (encoding != fmx::Text::kEncoding_ASCII_Mac) return kXP_ParamErr;
   const bool hexOutput = outputMode == 2;
   const bool binOutput = outputMode == 4;
   const bool plainOutput = !binOutput || plain != 0;

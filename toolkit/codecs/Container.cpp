@@ -7,6 +7,7 @@
 
 #include "codecs/Base64.h"
 #include "codecs/HexText.h"
+#include "text/ResultCodes.h"
 #include "text/TextCore.h"
 
 namespace {
@@ -24,7 +25,6 @@ constexpr uint32_t kMostStreams = 100;
 constexpr uint32_t kHexChunk = 1024;
 constexpr int kBase64LineLength = 72;
 constexpr unsigned int kNotFound = 0xFFFFFFFF;
-constexpr int kParamErr = -50;
 constexpr fmx::Text::Encoding kAscii = fmx::Text::kEncoding_ASCII_Mac;
 
 // Number fields are four bytes, most significant first, as hex text.
@@ -71,24 +71,29 @@ const fmx::BinaryData* ContainerAt(const fmx::DataVect& params, const unsigned i
   return &params.AtAsBinaryData(*index);
 }
 
-// Both readers start alike: the open tag is cut out of the text wherever it
-// stands, then the count is read from position 0. Returns true with the text's
-// size and the count (0 to 100) to go on; false with the result to return.
-bool OpenText(fmx::TextAutoPtr& text, unsigned int* textSize, uint32_t* count, int* result) {
-  *result = 0;
+// Both readers: the open tag is cut out of the text wherever it stands, the count
+// (0 to 100) is read from position 0, then `readStream(textSize, separator, &position)`
+// reads each stream from position 8 on; the first result other than 0 ends the read.
+template <class ReadStream>
+int ReadContainerText(fmx::TextAutoPtr& text, ReadStream readStream) {
   fmx::TextAutoPtr tag;
   XP7_CStrToTxt(kOpenTag, tag, kAscii);
   const unsigned int at = text->FindIgnoringCase(*tag, 0);
-  if (at == kNotFound) return false;
+  if (at == kNotFound) return 0;
   text->DeleteText(at, kOpenTagLength);
-  *textSize = text->GetSize();
-  if (*textSize < kShortestBody) return false;
+  const unsigned int textSize = text->GetSize();
+  if (textSize < kShortestBody) return 0;
   unsigned int position = 0;
-  if (!ReadHex8(text, *textSize, &position, count) || *count > kMostStreams) {
-    *result = kParamErr;
-    return false;
+  uint32_t count = 0;
+  if (!ReadHex8(text, textSize, &position, &count) || count > kMostStreams) return kXP_ParamErr;
+  fmx::TextAutoPtr separator;
+  XP7_CStrToTxt(kSeparator, separator, kAscii);
+  position = 8;
+  for (uint32_t stream = 0; stream < count; ++stream) {
+    const int result = readStream(textSize, *separator, &position);
+    if (result != 0) return result;
   }
-  return true;
+  return 0;
 }
 
 // The base64 alphabet value of a byte, or -1.
@@ -154,69 +159,52 @@ int XP7_GetFMBinaryDataAsBase64TxtFromVect(const fmx::DataVect& params, fmx::Tex
 }
 
 int XP7_HxtTxtToBinary(fmx::TextAutoPtr& text, fmx::BinaryDataAutoPtr& container) {
-  unsigned int textSize = 0;
-  uint32_t count = 0;
-  int result = 0;
-  if (!OpenText(text, &textSize, &count, &result)) return result;
-  fmx::TextAutoPtr separator;
-  XP7_CStrToTxt(kSeparator, separator, kAscii);
-  unsigned int position = 8;
-  for (uint32_t stream = 0; stream < count; ++stream) {
+  return ReadContainerText(text, [&](unsigned int textSize, const fmx::Text& separator, unsigned int* position) {
     uint32_t type = 0, size = 0;
-    if (!ReadHex8(text, textSize, &position, &type) || !ReadHex8(text, textSize, &position, &size)) {
-      return kParamErr;
+    if (!ReadHex8(text, textSize, position, &type) || !ReadHex8(text, textSize, position, &size)) {
+      return int{kXP_ParamErr};
     }
     QuadCharHolder typeCode;
     typeCode->SetMacType(type);
     // Only the pairs the text still holds can be decoded, so a forged size costs
     // no more memory than the text itself; the stream gets what was decoded.
-    const uint32_t pairsLeft = position < textSize ? (textSize - position) / 2 : 0;
+    const uint32_t pairsLeft = *position < textSize ? (textSize - *position) / 2 : 0;
     const uint32_t wanted = std::min(size, pairsLeft);
     std::unique_ptr<unsigned char[]> bytes(new unsigned char[wanted + 1ULL]);
     unsigned int produced = 0;
-    XP7_HexTxtToBlock(text, textSize, 0, &position, wanted, bytes.get(), &produced);
+    XP7_HexTxtToBlock(text, textSize, 0, position, wanted, bytes.get(), &produced);
     const fmx::errcode added = container->Add(*typeCode, produced, bytes.get());
     bytes.reset();
-    const unsigned int found = text->FindIgnoringCase(*separator, position);
-    if (found == kNotFound) return kParamErr;
-    position = found + kSeparatorLength;
-    if (added != 0) return added;
-  }
-  return 0;
+    const unsigned int found = text->FindIgnoringCase(separator, *position);
+    if (found == kNotFound) return int{kXP_ParamErr};
+    *position = found + kSeparatorLength;
+    return int{added};
+  });
 }
 
 int XP7_Base64TxtToFMBinaryData(fmx::TextAutoPtr& text, fmx::BinaryDataAutoPtr& container) {
-  unsigned int textSize = 0;
-  uint32_t count = 0;
-  int result = 0;
-  if (!OpenText(text, &textSize, &count, &result)) return result;
-  fmx::TextAutoPtr separator;
-  XP7_CStrToTxt(kSeparator, separator, kAscii);
-  unsigned int position = 8;
-  for (uint32_t stream = 0; stream < count; ++stream) {
-    const unsigned int found = text->FindIgnoringCase(*separator, position);
-    if (found == kNotFound) return kParamErr;
-    position = found + kSeparatorLength;
+  return ReadContainerText(text, [&](unsigned int textSize, const fmx::Text& separator, unsigned int* position) {
+    const unsigned int found = text->FindIgnoringCase(separator, *position);
+    if (found == kNotFound) return int{kXP_ParamErr};
+    *position = found + kSeparatorLength;
     uint32_t type = 0, size = 0, encodedLength = 0;
-    if (!ReadHex8(text, textSize, &position, &type) || !ReadHex8(text, textSize, &position, &size) ||
-        !ReadHex8(text, textSize, &position, &encodedLength)) {
-      return kParamErr;
+    if (!ReadHex8(text, textSize, position, &type) || !ReadHex8(text, textSize, position, &size) ||
+        !ReadHex8(text, textSize, position, &encodedLength)) {
+      return int{kXP_ParamErr};
     }
-    const int added = XP7_AddOneFMBinaryData(text, textSize, &position, encodedLength, size, type, container);
-    if (added != 0) return added;
-  }
-  return 0;
+    return XP7_AddOneFMBinaryData(text, textSize, position, encodedLength, size, type, container);
+  });
 }
 
 int XP7_AddOneFMBinaryData(fmx::TextAutoPtr& text, unsigned int textSize, unsigned int* position,
                            unsigned int encodedLength, unsigned int size, unsigned int type,
                            fmx::BinaryDataAutoPtr& container) {
-  if (uint64_t(*position) + encodedLength > textSize) return kParamErr;
+  if (uint64_t(*position) + encodedLength > textSize) return kXP_ParamErr;
   // Four characters give at most three bytes; a size the range cannot reach fails
   // below in any case, so it is refused before a buffer of that size is made.
   if (uint64_t(size) > (uint64_t(encodedLength) + 3) / 4 * 3) {
     *position += encodedLength;
-    return kParamErr;
+    return kXP_ParamErr;
   }
   const uint64_t capacity = uint64_t(size) + 4;
   std::unique_ptr<unsigned char[]> bytes(new unsigned char[capacity]);
@@ -250,7 +238,7 @@ int XP7_AddOneFMBinaryData(fmx::TextAutoPtr& text, unsigned int textSize, unsign
     std::fill(sextets + gathered, sextets + 4, 0u);
     emit(gathered - 1);
   }
-  if (produced != size) return kParamErr;
+  if (produced != size) return kXP_ParamErr;
   QuadCharHolder typeCode;
   typeCode->SetMacType(type);
   return container->Add(*typeCode, size, bytes.get());

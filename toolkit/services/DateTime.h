@@ -8,6 +8,7 @@
 #include <ctime>
 
 #include "text/HostValues.h"
+#include "text/ResultCodes.h"
 
 // Mac seconds count the seconds of local wall-clock time since 1904-01-01 00:00:00 in an
 // unsigned 32-bit number, so they end at 2040-02-06 06:28:15. Host day numbers make
@@ -15,10 +16,6 @@
 
 /// The host day number of 1904-01-01, the first day of Mac seconds.
 constexpr std::int64_t kXP_MacEpochHostDay = 695056;
-/// The date of the Mac seconds is before 1904-01-01.
-constexpr int kXP_DateTooEarly = -4245;
-/// The date of the Mac seconds is after 2040-02-04.
-constexpr int kXP_DateTooLate = -4241;
 
 /// Fills `rec` with the fields given. dayOfWeek is stored as 0 whatever is passed:
 /// callers rely on the platform ignoring it.

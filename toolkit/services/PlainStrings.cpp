@@ -10,12 +10,13 @@
 #include <cstring>
 #include <locale>
 
+#include "text/ResultCodes.h"
+
 std::int32_t gXP_StartupCount = 0;
 
 namespace {
 
 constexpr unsigned char kMaxPascalLength = 255;
-constexpr short kNotEnoughBufferSpace = -207;  // Apple's notEnoughBufferSpace
 constexpr char kCR = 13;
 constexpr char kLF = 10;
 
@@ -279,7 +280,7 @@ short XP_BlockToCString(const void* block, long len, char* dst, long dstSize) {
     if (dstSize > 0) {
       dst[0] = 0;
     }
-    return kNotEnoughBufferSpace;
+    return kXP_BufferTooSmall;
   }
   XP_BlockMoveData(block, dst, len);
   dst[len < 1 ? 0 : len] = 0;

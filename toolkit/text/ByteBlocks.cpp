@@ -8,14 +8,12 @@
 #include <memory>
 
 #include "encoding/UTF8.h"
+#include "text/ResultCodes.h"
 #include "text/TextCore.h"
 
 namespace {
 
 constexpr unsigned int kToEnd = 0xFFFFFFFF;
-constexpr int kParamErr = -50;
-constexpr int kMalformedUTF8 = -4280;
-constexpr int kDecodedToNothing = -302;
 
 // Texts this long get the fixed cap instead of four bytes per unit: beyond it the
 // product would no longer be a sensible single allocation.
@@ -140,12 +138,12 @@ int XP7_AppendBlockToTxt(const char* block, unsigned int size, fmx::TextAutoPtr&
                          unsigned char) {
   if (enc == fmx::Text::kEncoding_UTF8 && size > 0 &&
       !IsWellFormedUTF8(reinterpret_cast<const unsigned char*>(block), size)) {
-    return kMalformedUTF8;
+    return kXP_MalformedUTF8;
   }
   if (size == 0) return 0;
   fmx::TextAutoPtr part;
   part->AssignWithLength(block, size, enc);
-  if (part->GetSize() == 0) return kDecodedToNothing;
+  if (part->GetSize() == 0) return kXP_DecodedToNothing;
   txt->AppendText(*part);
   return 0;
 }
@@ -155,7 +153,7 @@ void XP7_AppendBlockToUnicodeTxt(const char* block, unsigned int size, fmx::Text
 }
 
 int XP7_TxtToBuf(fmx::TextAutoPtr& txt, fmx::Text::Encoding enc, bool improved, char** buf, unsigned int* len) {
-  if (buf == nullptr || len == nullptr) return kParamErr;
+  if (buf == nullptr || len == nullptr) return kXP_ParamErr;
   *len = 0;
   *buf = nullptr;
   const unsigned int size = txt->GetSize();

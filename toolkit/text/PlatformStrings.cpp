@@ -6,12 +6,9 @@
 #include <vector>
 
 #include "text/CFRef.h"
+#include "text/ResultCodes.h"
 
 namespace {
-
-constexpr int kMemFullErr = -108;
-constexpr int kParamErr = -50;
-constexpr int kNullStringErr = -4176;
 
 // Message 131 is an alias of message 1 in every strings table the plug-in ships.
 constexpr unsigned int kAliasMessageID = 131;
@@ -71,11 +68,11 @@ int XP7_TxtToCFStringRef(fmx::TextAutoPtr& text, CFStringRef& out) {
   std::vector<unsigned short> units(size + 1);
   text->GetUnicode(units.data(), 0, size);
   out = CFStringCreateWithCharacters(kCFAllocatorDefault, reinterpret_cast<const UniChar*>(units.data()), size);
-  return out == nullptr ? kMemFullErr : 0;
+  return out == nullptr ? kXP_MemFull : 0;
 }
 
 int XP7_CFStringRefToTxt(CFStringRef s, fmx::TextAutoPtr& out) {
-  if (s == nullptr) return kNullStringErr;
+  if (s == nullptr) return kXP_NullString;
   CFIndex length = CFStringGetLength(s);
   std::vector<unsigned short> units(length + 2);
   CFStringGetCharacters(s, CFRangeMake(0, length), reinterpret_cast<UniChar*>(units.data()));
@@ -85,7 +82,7 @@ int XP7_CFStringRefToTxt(CFStringRef s, fmx::TextAutoPtr& out) {
 
 int XP7_CStrToCFStringRef(const char* s, CFStringRef& out, unsigned int encoding) {
   out = CFStringCreateWithCString(kCFAllocatorDefault, s, static_cast<CFStringEncoding>(encoding));
-  return out == nullptr ? kParamErr : 0;
+  return out == nullptr ? kXP_ParamErr : 0;
 }
 
 int XP7_UniStrToCFStringRef(unsigned short* s, CFStringRef& out) {
@@ -96,7 +93,7 @@ int XP7_UniStrToCFStringRef(unsigned short* s, CFStringRef& out) {
 
 int XP7_UniBlockToCFStringRef(unsigned short* s, unsigned int count, CFStringRef& out) {
   out = CFStringCreateWithCharacters(kCFAllocatorDefault, reinterpret_cast<const UniChar*>(s), count);
-  return out == nullptr ? kMemFullErr : 0;
+  return out == nullptr ? kXP_MemFull : 0;
 }
 
 int XP7_CFStringRefToUniStr(CFStringRef s, unsigned short* out, unsigned int max) {

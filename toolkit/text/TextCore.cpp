@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "encoding/LegacyTables.h"
+#include "text/ResultCodes.h"
 
 namespace {
 
@@ -156,7 +157,7 @@ void XP7_TxtToCStr(fmx::TextAutoPtr& txt, unsigned int start, unsigned int lengt
 int XP7_GetBytesImproved(fmx::TextAutoPtr& txt, char* buf, unsigned int maxBytes, unsigned int start,
                          unsigned int length, fmx::Text::Encoding enc) {
   buf[0] = '\0';
-  if (enc != fmx::Text::kEncoding_ASCII_Mac) return -50;
+  if (enc != fmx::Text::kEncoding_ASCII_Mac) return kXP_ParamErr;
   const unsigned int size = txt->GetSize();
   const unsigned int end = RangeEnd(start, length, size);
   unsigned int count = 0;

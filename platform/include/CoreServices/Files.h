@@ -39,7 +39,7 @@ struct HFSUniStr255 {
 typedef struct HFSUniStr255 HFSUniStr255;
 typedef const HFSUniStr255* ConstHFSUniStr255Param;
 
-/// The 64-bit form of the older file specification; never filled here: the calls that
+/// The 64-bit form of the older file reference record; never filled here: the calls that
 /// take one leave it untouched.
 struct FSSpec {
   UInt8 hidden[70];
