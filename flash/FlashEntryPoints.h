@@ -22,7 +22,8 @@ extern "C" {
 /// leaves a label as the nib has it. `delayTicks` (1/60 s) under 60 means no time-out.
 /// With `withButton`, `dialogKind` 3 is the titled "OK" dialog and any other kind the
 /// "Please wait" one; without it a buttonless splash. Any thread. Always returns 0: a
-/// refused second dialog, a failed nib and a dialog that ran all look alike to the caller.
+/// refused second dialog, a failed nib, a process without a display and a dialog that ran
+/// all look alike to the caller.
 XP_FLASH_EXPORT int KestCocoa_CALLShowPluginFlashDialog(bool withButton, unsigned int delayTicks,
                                                         short dialogKind, CFStringRef text2,
                                                         CFStringRef text3, CFStringRef text1,
@@ -32,7 +33,8 @@ XP_FLASH_EXPORT int KestCocoa_CALLShowPluginFlashDialog(bool withButton, unsigne
 XP_FLASH_EXPORT unsigned int Vn7BundleFlash_VersionFunc(void);
 
 /// Runs a critical alert with `message` and the system's one default button; returns the
-/// modal result (1000 for that button). Main thread only.
+/// modal result (1000 for that button; -1001, an aborted session, without a display). Main
+/// thread only.
 XP_FLASH_EXPORT long CX_DisplayMessageAlert(CFStringRef message);
 /// Runs a critical alert with two buttons, the first being the default one; returns
 /// kAlertFirstButton or kAlertSecondButton for the button clicked, kAlertOtherResult when

@@ -73,7 +73,7 @@ const unsigned int kTicksPerSecond = 60;
 - (void)myAddTimerWithDelayTime:(NSNumber*)delayTicks {
   const unsigned int ticks = [delayTicks unsignedIntValue];
   if (ticks < kTicksPerSecond) return;
-  // Whole seconds: the dialog has never been more precise than that.
+  // Whole seconds, rounded down: 119 ticks give one.
   const NSTimeInterval seconds = ticks / kTicksPerSecond;
   Flash_WindowController_KESTBU* running = FlashCocoaIntern_RunningController();
   NSTimer* timer = [NSTimer scheduledTimerWithTimeInterval:seconds

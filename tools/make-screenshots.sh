@@ -20,8 +20,7 @@ bash tests/flash/run-under-xvfb.sh bash tests/flash/flash-ui.sh run \
 # The tests take more pictures than the gallery shows: these are the ones it does.
 pictures=(
   dialog-splash dialog-please-wait dialog-please-wait-turned-ok dialog-titled-ok
-  dialog-nib-texts dialog-non-ascii dialog-missing-logo
-  alert-one-button alert-two-buttons alert-non-ascii
+  dialog-nib-texts dialog-missing-logo alert-one-button alert-two-buttons alert-non-ascii
 )
 mkdir -p docs/screenshots
 for picture in "${pictures[@]}"; do

@@ -11,24 +11,22 @@
 namespace flashui {
 namespace {
 
-NSRect ScreenFrameOf(NSView* view) {
-  const NSRect inWindow = [view convertRect:[view bounds] toView:nil];
-  return [[view window] convertRectToScreen:inWindow];
-}
-
-// The control that shows `cell` (GNUstep's -controlView names whichever view drew last).
+// The control that shows `cell` (GNUstep's -controlView answers whichever view drew last).
 NSView* ViewOfCell(NSView* view, NSCell* cell) {
   if ([view isKindOfClass:[NSControl class]] && [(NSControl*)view cell] == cell) return view;
-  NSArray* subviews = [view subviews];
-  for (NSUInteger i = 0; i < [subviews count]; ++i) {
-    NSView* found = ViewOfCell([subviews objectAtIndex:i], cell);
+  for (NSUInteger i = 0; i < [[view subviews] count]; ++i) {
+    NSView* found = ViewOfCell([[view subviews] objectAtIndex:i], cell);
     if (found != nil) return found;
   }
   return nil;
 }
 
-CFStringRef NewCFString(const char* text) {
-  return text == nullptr ? nullptr : CFStringCreateWithCString(nullptr, text, kCFStringEncodingUTF8);
+NSRect ScreenFrameOf(NSView* view) {
+  return [[view window] convertRectToScreen:[view convertRect:[view bounds] toView:nil]];
+}
+
+CFStringRef NewCFString(const std::string& text) {
+  return CFStringCreateWithCString(nullptr, text.c_str(), kCFStringEncodingUTF8);
 }
 
 }  // namespace
@@ -37,13 +35,10 @@ DialogView ReadDialog() {
   DialogView view;
   OnMain([&view] {
     Flash_WindowController_KESTBU* controller = FlashCocoaIntern_RunningController();
-    // Until its window is loaded the dialog belongs to the calling thread alone.
-    if (controller == nil || ![controller isWindowLoaded]) return;
-    view.registered = true;
+    // Until the window runs, the dialog belongs to the calling thread.
+    if (controller == nil || ![controller isWindowLoaded] || [NSApp modalWindow] != [controller window]) return;
     NSWindow* window = [controller window];
-    view.visible = [window isVisible];
-    view.modal = [NSApp modalWindow] == window;
-    view.key = [window isKeyWindow];
+    view.modal = true;
     view.nibName = Utf8([[controller windowNibPath] lastPathComponent]);
     view.frame = [window frame];
     view.screen = [[window screen] visibleFrame];
@@ -61,45 +56,25 @@ DialogView ReadDialog() {
     view.logoImage = [logoCell image] != nil;
     view.logoFrame = ScreenFrameOf(ViewOfCell([window contentView], logoCell));
     view.state = [[controller valueForKey:@"state"] intValue];
-    NSTimer* timer = [controller myTimer];
-    view.timer = timer != nil;
-    view.timerValid = [timer isValid];
-    view.timerInterval = [timer timeInterval];
+    view.timer = [controller myTimer];
+    view.timerValid = [view.timer isValid];
+    view.timerInterval = [view.timer timeInterval];
   });
   return view;
 }
 
-std::array<std::string, 3> NibLabels(const std::string& nibName) {
-  std::array<std::string, 3> labels;
-  OnMain([&] {
-    NSString* path = [NSString stringWithFormat:@"%s/%s", ResourcesDir().c_str(), nibName.c_str()];
-    Flash_WindowController_KESTBU* controller = [Flash_WindowController_KESTBU alloc];
-    controller = [controller initWithWindowNibPath:path owner:controller];
-    if ([controller window] != nil) {
-      NSString* const labelKeys[3] = {@"labelTextField1", @"labelTextField2", @"labelTextField3"};
-      for (int i = 0; i < 3; ++i) labels[i] = Utf8([[controller valueForKey:labelKeys[i]] stringValue]);
-    } else {
-      ADD_FAILURE() << "no window in " << Utf8(path);
-    }
-    [controller close];
-    [controller release];
-  });
-  return labels;
+DialogView WaitForModalDialog() {
+  DialogView view;
+  EXPECT_TRUE(WaitUntil([&view] { return (view = ReadDialog()).modal; })) << "no flash dialog came up";
+  return view;
 }
 
 int VisibleWindows() {
   int count = 0;
   OnMain([&count] {
-    NSArray* windows = [NSApp windows];
-    for (NSUInteger i = 0; i < [windows count]; ++i) {
-      if ([[windows objectAtIndex:i] isVisible]) ++count;
-    }
+    for (NSUInteger i = 0; i < [[NSApp windows] count]; ++i) count += [[[NSApp windows] objectAtIndex:i] isVisible];
   });
   return count;
-}
-
-DialogArgs DialogArgs::Titled() {
-  return DialogArgs();
 }
 
 DialogArgs DialogArgs::PleaseWait(unsigned int delayTicks) {
@@ -116,18 +91,16 @@ DialogArgs DialogArgs::Splash(unsigned int delayTicks) {
   return args;
 }
 
-DialogCall::DialogCall(const DialogArgs& args) {
-  const std::string nibFolder = args.nibFolder != nullptr ? args.nibFolder : ResourcesDir();
-  const std::string logo = args.logoPath != nullptr ? args.logoPath : ResourcesDir() + "/PluginLogo.png";
-  calledAt_ = Now();
+DialogCall::DialogCall(const DialogArgs& args) : calledAt_(Now()) {
+  // Every string is made on the calling thread, as the plug-in makes them.
   thread_ = std::thread([=] {
-    CFRef<CFStringRef> text2(NewCFString(args.text2));
-    CFRef<CFStringRef> text3(NewCFString(args.text3));
-    CFRef<CFStringRef> text1(NewCFString(args.text1));
-    CFRef<CFStringRef> folder(args.noNibFolder ? nullptr : NewCFString(nibFolder.c_str()));
-    CFRef<CFStringRef> logoPath(args.noLogo ? nullptr : NewCFString(logo.c_str()));
+    auto text = [](const char* s) { return CFRef<CFStringRef>(s == nullptr ? nullptr : NewCFString(s)); };
+    auto path = [&](const char* s, const std::string& dflt) { return text(s != nullptr && !*s ? dflt.c_str() : s); };
+    CFRef<CFStringRef> text2 = text(args.text2), text3 = text(args.text3), text1 = text(args.text1);
+    CFRef<CFStringRef> folder = path(args.nibFolder, ResourcesDir());
+    CFRef<CFStringRef> logo = path(args.logoPath, ResourcesDir() + "/PluginLogo.png");
     result_ = KestCocoa_CALLShowPluginFlashDialog(args.withButton, args.delayTicks, args.kind, text2.get(),
-                                                  text3.get(), text1.get(), folder.get(), logoPath.get());
+                                                  text3.get(), text1.get(), folder.get(), logo.get());
     returnedAt_ = Now();
     returned_ = true;
   });
@@ -135,33 +108,34 @@ DialogCall::DialogCall(const DialogArgs& args) {
 
 DialogCall::~DialogCall() {
   // A test that failed half-way leaves its dialog up; the next test needs the screen.
-  while (!Returned()) {
-    AbortModalSession();
-    WaitReturned(1.0);
-  }
+  while (!WaitReturned(1.0)) AbortModalSession();
   thread_.join();
-  if (kept_ != nil) {
-    Flash_WindowController_KESTBU* kept = kept_;
-    OnMain([kept] { [kept release]; });
-  }
+  Flash_WindowController_KESTBU* kept = kept_;
+  if (kept != nil) OnMain([kept] { [kept release]; });
 }
 
 bool DialogCall::WaitReturned(double seconds) {
   return WaitUntil([this] { return Returned(); }, seconds);
 }
 
+double DialogCall::Elapsed() const {
+  return (Returned() ? returnedAt_.load() : Now()) - calledAt_;
+}
+
 void DialogCall::KeepController() {
   OnMain([this] { kept_ = [FlashCocoaIntern_RunningController() retain]; });
 }
 
-DialogView WaitForModalDialog() {
-  DialogView view;
-  const bool up = WaitUntil([&view] {
-    view = ReadDialog();
-    return view.modal;
-  });
-  EXPECT_TRUE(up) << "no flash dialog came up within " << kPatience << " s";
-  return view;
+NSInteger DialogCall::KeptResultCode() const {
+  NSInteger code = 0;
+  OnMain([&] { code = [kept_ getResultCode]; });
+  return code;
+}
+
+int DialogCall::KeptState() const {
+  int state = -1;
+  OnMain([&] { state = [[kept_ valueForKey:@"state"] intValue]; });
+  return state;
 }
 
 }  // namespace flashui

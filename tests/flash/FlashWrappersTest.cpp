@@ -27,13 +27,10 @@ struct RoutedCall {
 std::vector<RoutedCall> gRouted;
 
 std::optional<std::string> Utf8(CFStringRef s) {
+  char buffer[1024] = {};
   if (s == nullptr) return std::nullopt;
-  std::vector<char> buffer(static_cast<size_t>(CFStringGetMaximumSizeForEncoding(CFStringGetLength(s),
-                                                                                 kCFStringEncodingUTF8)) + 1);
-  if (!CFStringGetCString(s, buffer.data(), static_cast<CFIndex>(buffer.size()), kCFStringEncodingUTF8)) {
-    return std::string("(unconvertible)");
-  }
-  return std::string(buffer.data());
+  CFStringGetCString(s, buffer, sizeof buffer, kCFStringEncodingUTF8);
+  return std::string(buffer);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // The flash UI tests' harness: NSApp on the main thread, the tests on a thread of their own,
-// hand-offs to the main thread, polling, and real X input and screen grabs.
+// calls to the main thread, polling, real X input and screen grabs.
 #ifndef XPFLASH_TESTS_UIHARNESS_H
 #define XPFLASH_TESTS_UIHARNESS_H
 
@@ -21,29 +21,24 @@ void OnMain(const std::function<void()>& f);
 void OnMainLater(const std::function<void()>& f);
 /// Polls `ready` every 50 ms until it holds or `seconds` have gone; returns whether it held.
 bool WaitUntil(const std::function<bool()>& ready, double seconds = kPatience);
-/// Ends the modal session running now as an outside abort would, after stopping the
-/// running flash dialog's timer so that it cannot end a later session.
+/// Ends the running modal session from outside, after stopping the running flash dialog's
+/// timer so that it cannot end a later session.
 void AbortModalSession();
 
-/// The height of the screen, for turning AppKit's y (up) into X's (down).
-double ScreenHeight();
-/// A real mouse click at the centre of `rect` (AppKit screen coordinates).
+/// A real mouse click at the centre of `rect` (AppKit screen coordinates, y up).
 void ClickAt(NSRect rect);
-/// The part of the screen under `rect` (AppKit screen coordinates, widened by `margin`)
-/// saved under `name` in the screenshot folder; returns the file's path.
-std::string Shot(const std::string& name, NSRect rect, double margin = 0);
-/// The number of distinct colours in the part of the saved shot `file` under `rect`,
-/// which it took from `shotRect` (both AppKit screen coordinates).
+/// Saves the screen under `rect`, widened by `margin`, as `name`.png in the screenshot
+/// folder once the main thread has drawn; returns the file's path.
+std::string Shot(const std::string& name, NSRect rect, double margin);
+/// The number of distinct colours in the part `rect` of the shot `file` of `shotRect`.
 int ColorsIn(const std::string& file, NSRect shotRect, NSRect rect);
-/// The colour (0xRRGGBB) of the screen at one point (AppKit screen coordinates).
+/// The colour (0xRRGGBB) of the screen at `point`.
 unsigned ScreenColorAt(NSPoint point);
 
-/// A string of the test's, as UTF-8.
+/// `s` as UTF-8; nil gives "".
 std::string Utf8(NSString* s);
 /// The folder of the compiled nibs and the logo.
 std::string ResourcesDir();
-/// The program itself, for tests that run it again in a child process.
-std::string SelfPath();
 
 }  // namespace flashui
 

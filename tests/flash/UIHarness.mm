@@ -1,16 +1,15 @@
-// The flash UI tests' harness: NSApp runs on the main thread as in the host, the tests run
+// The flash UI tests' harness. NSApp runs on the main thread as in the host; the tests run
 // on a thread of their own and call the flash entry from further threads, as the plug-in
-// does.
+// does. With --no-display-child the program stands for a server process instead: no
+// display, no NSApp, only the NoDisplayChild tests.
 #import "UIHarness.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cmath>
 #include <condition_variable>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <deque>
 #include <mutex>
@@ -20,9 +19,28 @@
 #import "AppKitCompat.h"
 #import "FlashDialog.h"
 
-// Carries a C++ function to the main thread.
+namespace {
+
+struct MainTask {
+  std::function<void()> function;
+  bool done = false;
+};
+
+std::mutex gMainTasksLock;
+std::condition_variable gMainTaskDone;
+std::deque<MainTask*> gMainTasks;
+int gTestStatus = 1;
+std::string gShotsDir = "flash-ui-shots";
+
+NSArray* AllModes() {
+  return [NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode, nil];
+}
+
+}  // namespace
+
+// Carries a C++ function to the main thread (held as void*: Objective-C cannot describe
+// C++ types of instance variables).
 @interface FlashUIMainCall : NSObject {
-  // A std::function<void()>*: Objective-C cannot describe C++ types of instance variables.
   void* function_;
 }
 - (id)initWithFunction:(const std::function<void()>&)function;
@@ -45,53 +63,35 @@
 }
 @end
 
-static int gTestStatus = 1;
-
-// Runs the functions that tests queue for the main thread, from a timer that fires in
-// every mode. GNUstep hands performSelectorOnMainThread: calls over in batches: a call that
-// arrives together with one that runs a modal session waits until that session ends, which
-// for a dialog waiting to be clicked is forever. Timers fire inside modal sessions too.
+// Runs what the tests queue for the main thread, from a timer that fires in every mode.
+// GNUstep passes performSelectorOnMainThread: calls over in batches: one that arrives
+// together with a call that runs a modal session waits until that session has ended, which
+// for a dialog waiting for its click is forever. Timers fire inside modal sessions too.
 @interface FlashUIMainQueue : NSObject
 - (void)drain:(NSTimer*)timer;
 @end
 
-namespace {
-
-struct MainTask {
-  std::function<void()> function;
-  bool done = false;
-};
-
-std::mutex gMainTasksLock;
-std::condition_variable gMainTaskDone;
-std::deque<MainTask*> gMainTasks;
-
-}  // namespace
-
 @implementation FlashUIMainQueue
 - (void)drain:(NSTimer*)timer {
   (void)timer;
-  for (;;) {
-    MainTask* task = nullptr;
-    {
-      std::lock_guard<std::mutex> lock(gMainTasksLock);
-      if (gMainTasks.empty()) return;
-      task = gMainTasks.front();
-      gMainTasks.pop_front();
-    }
+  std::unique_lock<std::mutex> lock(gMainTasksLock);
+  while (!gMainTasks.empty()) {
+    MainTask* task = gMainTasks.front();
+    gMainTasks.pop_front();
+    lock.unlock();
     task->function();
-    std::lock_guard<std::mutex> lock(gMainTasksLock);
+    lock.lock();
     task->done = true;
     gMainTaskDone.notify_all();
   }
 }
 @end
 
-// Starts the tests once the application runs, and ends the process with their result.
+// Starts the tests once the application runs, and stops it with their result.
 @interface FlashUITestRunner : NSObject
 - (void)applicationDidFinishLaunching:(NSNotification*)note;
 - (void)runTests:(id)unused;
-- (void)finish:(NSNumber*)status;
+- (void)finish:(id)unused;
 @end
 
 @implementation FlashUITestRunner
@@ -102,25 +102,16 @@ std::deque<MainTask*> gMainTasks;
 - (void)runTests:(id)unused {
   (void)unused;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  const int status = RUN_ALL_TESTS();
-  [self performSelectorOnMainThread:@selector(finish:)
-                         withObject:[NSNumber numberWithInt:status]
-                      waitUntilDone:NO];
+  gTestStatus = RUN_ALL_TESTS();
+  [self performSelectorOnMainThread:@selector(finish:) withObject:nil waitUntilDone:NO];
   [pool release];
 }
-- (void)finish:(NSNumber*)status {
-  gTestStatus = [status intValue];
+- (void)finish:(id)unused {
+  (void)unused;
   [NSApp stop:nil];
-  // -stop: is noticed with the next event only.
-  [NSApp postEvent:[NSEvent otherEventWithType:NSApplicationDefined
-                                      location:NSZeroPoint
-                                 modifierFlags:0
-                                     timestamp:0
-                                  windowNumber:0
-                                       context:nil
-                                       subtype:0
-                                         data1:0
-                                         data2:0]
+  // -stop: takes effect with the next event.
+  [NSApp postEvent:[NSEvent otherEventWithType:NSApplicationDefined location:NSZeroPoint modifierFlags:0
+                                     timestamp:0 windowNumber:0 context:nil subtype:0 data1:0 data2:0]
            atStart:NO];
 }
 @end
@@ -128,70 +119,47 @@ std::deque<MainTask*> gMainTasks;
 namespace flashui {
 namespace {
 
-std::string gShotsDir = "flash-ui-shots";
-
-// Every mode the main thread's run loop may be in while a test wants it: idle, in a
-// modal session, or tracking the mouse.
-NSArray* AllModes() {
-  return [NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode, nil];
-}
-
-// How often the main thread looks for queued functions, in seconds.
-constexpr double kMainQueueInterval = 0.02;
-
-void StartMainQueue() {
-  FlashUIMainQueue* queue = [[FlashUIMainQueue alloc] init];
-  NSTimer* timer = [NSTimer timerWithTimeInterval:kMainQueueInterval
-                                           target:queue
-                                         selector:@selector(drain:)
-                                         userInfo:nil
-                                          repeats:YES];
-  NSArray* modes = AllModes();
-  for (NSUInteger i = 0; i < [modes count]; ++i) {
-    [[NSRunLoop currentRunLoop] addTimer:timer forMode:[modes objectAtIndex:i]];
-  }
-  // The timer holds the queue; both live as long as the program.
-  [queue release];
-}
-
 std::string Quoted(const std::string& s) {
   std::string quoted = "'";
-  for (const char c : s) {
-    if (c == '\'') {
-      quoted += "'\\''";
-    } else {
-      quoted += c;
-    }
-  }
+  for (const char c : s) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return quoted + "'";
 }
 
-// Runs the driver script with `args` and returns what it printed; a failure fails the test.
+// Runs tests/flash/flash-ui.sh with `args` and returns what it printed. Success is told
+// by a last line rather than the exit status: once GNUstep has started a program of its
+// own (gdnc, gpbs), it reaps every child of the process, and statuses go missing.
 std::string Driver(const std::vector<std::string>& args) {
+  static const std::string kDone = "flash-ui-done\n";
   std::string command = Quoted(FLASH_UI_DRIVER);
   for (const std::string& arg : args) command += " " + Quoted(arg);
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) {
-    ADD_FAILURE() << "cannot run " << command;
-    return "";
-  }
+  FILE* pipe = popen((command + " && echo flash-ui-done").c_str(), "r");
   std::string output;
   char buffer[256];
-  size_t n = 0;
-  while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) output.append(buffer, n);
-  const int status = pclose(pipe);
-  EXPECT_EQ(status, 0) << command << " printed: " << output;
-  return output;
+  for (size_t n; pipe != nullptr && (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) output.append(buffer, n);
+  if (pipe != nullptr) pclose(pipe);
+  const bool done = output.size() >= kDone.size() && output.compare(output.size() - kDone.size(), kDone.size(), kDone) == 0;
+  EXPECT_TRUE(done) << command << " failed, printing: " << output;
+  return done ? output.substr(0, output.size() - kDone.size()) : output;
 }
 
 std::string Int(double v) {
-  return std::to_string(static_cast<long>(std::lround(v)));
+  return std::to_string(std::lround(v));
 }
 
-// An X geometry (WxH+X+Y) for `rect` in AppKit screen coordinates.
-std::string Geometry(NSRect rect) {
-  const double top = ScreenHeight() - (rect.origin.y + rect.size.height);
-  return Int(rect.size.width) + "x" + Int(rect.size.height) + "+" + Int(rect.origin.x) + "+" + Int(top);
+double ScreenHeight() {
+  double height = 0;
+  OnMain([&] { height = [[NSScreen mainScreen] frame].size.height; });
+  return height;
+}
+
+// An X geometry (WxH+X+Y, y down) of `rect` within `outer`, both AppKit screen coordinates.
+std::string Geometry(NSRect rect, NSRect outer) {
+  return Int(rect.size.width) + "x" + Int(rect.size.height) + "+" + Int(rect.origin.x - outer.origin.x) + "+" +
+         Int(NSMaxY(outer) - NSMaxY(rect));
+}
+
+NSRect Screen() {
+  return NSMakeRect(0, 0, 0, ScreenHeight());
 }
 
 }  // namespace
@@ -201,16 +169,14 @@ double Now() {
 }
 
 void OnMain(const std::function<void()>& f) {
-  MainTask task;
-  task.function = f;
+  MainTask task{f};
   std::unique_lock<std::mutex> lock(gMainTasksLock);
   gMainTasks.push_back(&task);
   gMainTaskDone.wait(lock, [&task] { return task.done; });
 }
 
 void OnMainLater(const std::function<void()>& f) {
-  // A modal session run from the queue's timer would stop the queue, so this one goes
-  // the ordinary way.
+  // Not through the queue: a modal session run from its timer would stop it.
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   FlashUIMainCall* call = [[[FlashUIMainCall alloc] initWithFunction:f] autorelease];
   [call performSelectorOnMainThread:@selector(run:) withObject:nil waitUntilDone:NO modes:AllModes()];
@@ -218,8 +184,7 @@ void OnMainLater(const std::function<void()>& f) {
 }
 
 bool WaitUntil(const std::function<bool()>& ready, double seconds) {
-  const double end = Now() + seconds;
-  while (!ready()) {
+  for (const double end = Now() + seconds; !ready();) {
     if (Now() > end) return false;
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
   }
@@ -229,49 +194,33 @@ bool WaitUntil(const std::function<bool()>& ready, double seconds) {
 void AbortModalSession() {
   OnMain([] {
     [[FlashCocoaIntern_RunningController() myTimer] invalidate];
-    // AppKit objects to an abort without a session.
-    if ([NSApp modalWindow] == nil) return;
+    if ([NSApp modalWindow] == nil) return;  // AppKit objects to an abort without a session
     [NSApp abortModal];
     FlashAppKit_WakeModalLoop();
   });
 }
 
-double ScreenHeight() {
-  double height = 0;
-  OnMain([&] { height = [[NSScreen mainScreen] frame].size.height; });
-  return height;
-}
-
 void ClickAt(NSRect rect) {
-  const double x = rect.origin.x + rect.size.width / 2;
-  const double y = ScreenHeight() - (rect.origin.y + rect.size.height / 2);
-  Driver({"click", Int(x), Int(y)});
+  Driver({"click", Int(NSMidX(rect)), Int(ScreenHeight() - NSMidY(rect))});
 }
 
 std::string Shot(const std::string& name, NSRect rect, double margin) {
-  // Let the main thread draw what is pending before the screen is read.
   OnMain([] { [[NSApp windows] makeObjectsPerformSelector:@selector(displayIfNeeded)]; });
-  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));  // for the X server to show it
   const std::string file = gShotsDir + "/" + name + ".png";
-  Driver({"shot", file, Geometry(NSInsetRect(rect, -margin, -margin))});
+  Driver({"shot", file, Geometry(NSInsetRect(rect, -margin, -margin), Screen())});
   return file;
 }
 
 int ColorsIn(const std::string& file, NSRect shotRect, NSRect rect) {
-  const double left = rect.origin.x - shotRect.origin.x;
-  const double top = (shotRect.origin.y + shotRect.size.height) - (rect.origin.y + rect.size.height);
-  const std::string geometry =
-      Int(rect.size.width) + "x" + Int(rect.size.height) + "+" + Int(left) + "+" + Int(top);
-  return std::atoi(Driver({"colors", file, geometry}).c_str());
+  return std::atoi(Driver({"colors", file, Geometry(rect, shotRect)}).c_str());
 }
 
 unsigned ScreenColorAt(NSPoint point) {
   const std::string file = gShotsDir + "/pixel.png";
-  Driver({"shot", file, Geometry(NSMakeRect(point.x, point.y, 1, 1))});
+  Driver({"shot", file, Geometry(NSMakeRect(point.x, point.y, 1, 1), Screen())});
   unsigned r = 0, g = 0, b = 0;
-  if (std::sscanf(Driver({"pixel", file, "0", "0"}).c_str(), "%u,%u,%u", &r, &g, &b) != 3) {
-    ADD_FAILURE() << "no colour read at " << point.x << "," << point.y;
-  }
+  std::sscanf(Driver({"pixel", file, "0", "0"}).c_str(), "%u,%u,%u", &r, &g, &b);
   return (r << 16) | (g << 8) | b;
 }
 
@@ -283,32 +232,7 @@ std::string ResourcesDir() {
   return XP_RESOURCES_DIR;
 }
 
-std::string SelfPath() {
-  std::vector<char> path(4096);
-  const ssize_t n = readlink("/proc/self/exe", path.data(), path.size() - 1);
-  return n > 0 ? std::string(path.data(), static_cast<size_t>(n)) : std::string();
-}
-
 }  // namespace flashui
-
-namespace {
-
-const char kChildFlag[] = "--no-display-child";
-const char kShotsFlag[] = "--shots=";
-
-// gtest's filter with the tests that only a display-less child runs taken out, or with
-// only them left in.
-void FilterChildTests(bool child) {
-  std::string filter = testing::GTEST_FLAG(filter);
-  if (child) {
-    filter = "NoDisplayChild.*";
-  } else {
-    filter += filter.find('-') == std::string::npos ? "-NoDisplayChild.*" : ":NoDisplayChild.*";
-  }
-  testing::GTEST_FLAG(filter) = filter;
-}
-
-}  // namespace
 
 int main(int argc, char** argv) {
   // A hung run is killed from outside: what it printed up to then must be out already.
@@ -316,34 +240,38 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   bool child = false;
   for (int i = 1; i < argc; ++i) {
-    if (std::strcmp(argv[i], kChildFlag) == 0) child = true;
-    if (std::strncmp(argv[i], kShotsFlag, sizeof kShotsFlag - 1) == 0) {
-      flashui::gShotsDir = argv[i] + sizeof kShotsFlag - 1;
-    }
+    if (std::strcmp(argv[i], "--no-display-child") == 0) child = true;
+    if (std::strncmp(argv[i], "--shots=", 8) == 0) gShotsDir = argv[i] + 8;
   }
-  FilterChildTests(child);
+  std::string& filter = testing::GTEST_FLAG(filter);
+  filter = child ? "NoDisplayChild.*" : filter + (filter.find('-') == std::string::npos ? "-" : ":") + "NoDisplayChild.*";
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  // The child stands for a server process: it has no display and never makes NSApp.
   if (child) {
     const int status = RUN_ALL_TESTS();
+    // The parent reads this line: it may never see the exit status (see Driver).
+    std::printf("no-display-child status %d\n", status);
     [pool release];
     return status;
   }
 
-  [[NSFileManager defaultManager] createDirectoryAtPath:[NSString stringWithUTF8String:flashui::gShotsDir.c_str()]
-                            withIntermediateDirectories:YES
-                                             attributes:nil
-                                                  error:NULL];
-  // Xvfb has no window manager: GNUstep then draws the title bars itself, so that the
-  // titled dialog shows one, and leaves out its application icon.
-  NSDictionary* defaults = [NSDictionary dictionaryWithObjectsAndKeys:@"NO", @"GSBackHandlesWindowDecorations",
-                                                                      @"YES", @"GSSuppressAppIcon", nil];
-  [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
+  [[NSFileManager defaultManager] createDirectoryAtPath:[NSString stringWithUTF8String:gShotsDir.c_str()]
+                            withIntermediateDirectories:YES attributes:nil error:NULL];
+  // Xvfb has no window manager: GNUstep then draws the title bars itself, and leaves out
+  // its application icon.
+  [[NSUserDefaults standardUserDefaults] registerDefaults:[NSDictionary dictionaryWithObjectsAndKeys:
+      @"NO", @"GSBackHandlesWindowDecorations", @"YES", @"GSSuppressAppIcon", nil]];
   [NSApplication sharedApplication];
-  flashui::StartMainQueue();
+  FlashUIMainQueue* queue = [[FlashUIMainQueue alloc] init];
+  NSTimer* timer = [NSTimer timerWithTimeInterval:0.02 target:queue selector:@selector(drain:) userInfo:nil
+                                          repeats:YES];
+  for (NSUInteger i = 0; i < [AllModes() count]; ++i) {
+    [[NSRunLoop currentRunLoop] addTimer:timer forMode:[AllModes() objectAtIndex:i]];
+  }
   FlashUITestRunner* runner = [[FlashUITestRunner alloc] init];
   [NSApp setDelegate:runner];
   [NSApp run];
+  [timer invalidate];
+  [queue release];
   [runner release];
   [pool release];
   return gTestStatus;
